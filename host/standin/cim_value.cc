@@ -1,0 +1,178 @@
+#include "hmz/cim_value.h"
+
+#include <boost/make_shared.hpp>
+#include <utility>
+
+#include "hmz/exception.h"
+
+namespace NKVXHMZ20 {
+namespace {
+
+template <class... Cases>
+struct Overloaded : Cases... {
+  using Cases::operator()...;
+};
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
+
+std::string Quoted(const std::string& text) {
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  quoted += '"';
+  return quoted;
+}
+
+TCIMReference::Keys InOrder(const std::map<std::string, TCIMValue>& keys) {
+  return {keys.begin(), keys.end()};
+}
+
+}  // namespace
+
+struct TCIMReference::Path {
+  std::string class_name;
+  Keys keys;
+};
+
+// The stand-in has a single namespace, so a path need not repeat it; keeping it would also tie
+// committed references and their repository into a ring that is never freed.
+TCIMReference::TCIMReference(const boost::shared_ptr<ICIMNamespace>& /*cim_namespace*/,
+                             const std::map<std::string, TCIMValue>& keys)
+    : path_(boost::make_shared<const Path>(Path{"", InOrder(keys)})) {}
+
+TCIMReference::TCIMReference(const boost::shared_ptr<ICIMNamespace>& /*cim_namespace*/,
+                             std::string class_name, Keys keys)
+    : path_(boost::make_shared<const Path>(Path{std::move(class_name), std::move(keys)})) {}
+
+const std::string& TCIMReference::GetClassName() const { return path_->class_name; }
+
+const TCIMReference::Keys& TCIMReference::GetKeys() const { return path_->keys; }
+
+std::string TCIMReference::ToString() const {
+  std::string text = path_->class_name;
+  char separator = '.';
+  for (const auto& [name, value] : path_->keys) {
+    const bool is_number = value.GetType().GetCode() == TCIMValue::kUint16 ||
+                           value.GetType().GetCode() == TCIMValue::kUint32;
+    text += separator;
+    text += name;
+    text += '=';
+    text += is_number ? value.ToString() : Quoted(value.ToString());
+    separator = ',';
+  }
+  return text;
+}
+
+struct TCIMValue::ArrayContent {
+  ECIMType element_type;
+  Array elements;
+};
+
+TCIMValue::TCIMValue() = default;
+TCIMValue::TCIMValue(const char* text) : content_(std::string(text)) {}
+TCIMValue::TCIMValue(std::string text) : content_(std::move(text)) {}
+TCIMValue::TCIMValue(std::uint16_t number) : content_(number) {}
+TCIMValue::TCIMValue(std::uint32_t number) : content_(number) {}
+TCIMValue::TCIMValue(const TCIMDateTime& time) : content_(time) {}
+TCIMValue::TCIMValue(const TCIMReference& path) : content_(path) {}
+TCIMValue::TCIMValue(TCIMType type, std::size_t count, const Array& elements) {
+  Set(type, count, elements);
+}
+TCIMValue::TCIMValue(const TCIMValue&) = default;
+TCIMValue::TCIMValue(TCIMValue&&) noexcept = default;
+TCIMValue& TCIMValue::operator=(const TCIMValue&) = default;
+TCIMValue& TCIMValue::operator=(TCIMValue&&) noexcept = default;
+TCIMValue::~TCIMValue() = default;
+
+void TCIMValue::Set(TCIMType type, std::size_t count, const Array& elements) {
+  const ECIMType code = type.GetCode();
+  if (code != kString && code != kUint32) {
+    throw THMZException("no array of type code " + std::to_string(code));
+  }
+  if (count > elements.size()) {
+    throw THMZException("an array of " + std::to_string(count) + " elements was given only " +
+                        std::to_string(elements.size()));
+  }
+  Array taken(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(count));
+  for (const TCIMValue& element : taken) {
+    if (element.IsArray() || element.GetType().GetCode() != code) {
+      throw THMZException("an element of an array of type code " + std::to_string(code) +
+                          " has another type");
+    }
+  }
+  content_ = boost::shared_ptr<const ArrayContent>(
+      boost::make_shared<const ArrayContent>(ArrayContent{code, std::move(taken)}));
+}
+
+TCIMValue::TCIMType TCIMValue::GetType() const {
+  return std::visit(
+      Overloaded{
+          [](std::monostate) { return TCIMType(kNull); },
+          [](const std::string&) { return TCIMType(kString); },
+          [](std::uint16_t) { return TCIMType(kUint16); },
+          [](std::uint32_t) { return TCIMType(kUint32); },
+          [](const TCIMDateTime&) { return TCIMType(kDateTime); },
+          [](const TCIMReference&) { return TCIMType(kReference); },
+          [](const boost::shared_ptr<const ArrayContent>& a) { return TCIMType(a->element_type); },
+      },
+      content_);
+}
+
+bool TCIMValue::IsNull() const { return std::holds_alternative<std::monostate>(content_); }
+
+bool TCIMValue::IsArray() const {
+  return std::holds_alternative<boost::shared_ptr<const ArrayContent>>(content_);
+}
+
+namespace {
+
+template <class T, class Content>
+const T& Get(const Content& content, const char* what) {
+  if (const T* held = std::get_if<T>(&content)) return *held;
+  throw THMZException(std::string("a value that is not ") + what + " was read as one");
+}
+
+}  // namespace
+
+const std::string& TCIMValue::GetString() const { return Get<std::string>(content_, "a string"); }
+
+std::uint32_t TCIMValue::GetNumber() const {
+  if (const auto* number = std::get_if<std::uint16_t>(&content_)) return *number;
+  return Get<std::uint32_t>(content_, "a number");
+}
+
+const TCIMDateTime& TCIMValue::GetDateTime() const {
+  return Get<TCIMDateTime>(content_, "a date-time");
+}
+
+const TCIMReference& TCIMValue::GetReference() const {
+  return Get<TCIMReference>(content_, "a reference");
+}
+
+const TCIMValue::Array& TCIMValue::GetArray() const {
+  return Get<boost::shared_ptr<const ArrayContent>>(content_, "an array")->elements;
+}
+
+std::string TCIMValue::ToString() const {
+  return std::visit(Overloaded{
+                        [](std::monostate) { return std::string(); },
+                        [](const std::string& text) { return text; },
+                        [](std::uint16_t number) { return std::to_string(number); },
+                        [](std::uint32_t number) { return std::to_string(number); },
+                        [](const TCIMDateTime& time) { return time.ToString(); },
+                        [](const TCIMReference& path) { return path.ToString(); },
+                        [](const boost::shared_ptr<const ArrayContent>& array) {
+                          std::string text;
+                          for (const TCIMValue& element : array->elements) {
+                            text += text.empty() ? "{" : ", ";
+                            text += element.ToString();
+                          }
+                          return text.empty() ? "{}" : text + "}";
+                        },
+                    },
+                    content_);
+}
+
+}  // namespace NKVXHMZ20

@@ -1,0 +1,33 @@
+#ifndef STANDIN_HOST_SERVICES_H_
+#define STANDIN_HOST_SERVICES_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "hmz/api.h"
+#include "hmz/cim_date_time.h"
+
+namespace standin {
+
+/// The ways in which the stand-in host reaches the world outside: the one place to change them,
+/// for the runner (limits, log, progress) and for tests (canned tools, a fixed clock and name).
+struct HostServices {
+  /// As TOSSpecific::SpawnProcess, exceptions included.
+  std::function<std::string(const std::string& program, const std::vector<std::string>& arguments)>
+      spawn_process;
+  std::function<NKVXHMZ20::TCIMDateTime()> get_local_time;
+  std::function<std::string()> get_machine_name;
+  /// Takes each message of the core logger.
+  std::function<void(int level, const std::string& text)> log;
+};
+
+/// The real process service, clock and name; messages are dropped.
+HMZ_API HostServices RealServices();
+
+/// What is in force in this process; starts as RealServices().
+HMZ_API HostServices& Services();
+
+}  // namespace standin
+
+#endif  // STANDIN_HOST_SERVICES_H_

@@ -1,0 +1,169 @@
+#include "standin/repository.h"
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <map>
+#include <unordered_set>
+#include <utility>
+
+#include "hmz/exception.h"
+#include "standin/schema.h"
+
+namespace standin {
+
+using NKVXHMZ20::ICIMClass;
+using NKVXHMZ20::ICIMInstance;
+using NKVXHMZ20::ICIMProperty;
+using NKVXHMZ20::TCIMReference;
+using NKVXHMZ20::TCIMValue;
+using NKVXHMZ20::THMZException;
+
+namespace {
+
+struct ClassData {
+  std::string name;
+  std::vector<std::string> keys;
+  std::vector<boost::shared_ptr<StoredInstance>> committed;
+};
+
+class Property final : public ICIMProperty {
+ public:
+  explicit Property(TCIMValue value) : value_(std::move(value)) {}
+  TCIMValue GetValue() override { return value_; }
+
+ private:
+  TCIMValue value_;
+};
+
+}  // namespace
+
+const TCIMValue* StoredInstance::Find(const std::string& name) const {
+  const auto found =
+      std::find_if(properties.begin(), properties.end(),
+                   [&name](const StoredProperty& property) { return *property.name == name; });
+  return found == properties.end() ? nullptr : &found->value;
+}
+
+/// What the repository holds. Classes and instances share it, so that each of them may outlive the
+/// repository.
+struct Repository::State {
+  std::map<std::string, ClassData> classes;
+  std::vector<boost::shared_ptr<const StoredInstance>> committed;
+  /// Each property name once, however many instances carry it.
+  std::unordered_set<std::string> property_names;
+  std::string last_named_class;
+};
+
+/// An instance in a plug-in's hands. Commit and enumeration share the content with the repository;
+/// it is copied when the plug-in goes on changing it, so that what is stored never changes.
+class Repository::Instance final : public ICIMInstance {
+ public:
+  Instance(boost::shared_ptr<State> state, ClassData& cim_class,
+           boost::shared_ptr<StoredInstance> content)
+      : state_(std::move(state)), class_(cim_class), content_(std::move(content)) {}
+
+  void Commit(const std::map<std::string, TCIMValue>& /*qualifiers*/) override {
+    class_.committed.push_back(content_);
+    state_->committed.push_back(content_);
+  }
+
+  TCIMReference GetReference() override {
+    TCIMReference::Keys keys;
+    keys.reserve(class_.keys.size());
+    for (const std::string& key : class_.keys) {
+      const TCIMValue* value = content_->Find(key);
+      if (value == nullptr) {
+        throw THMZException("an instance of " + class_.name + " has no object path: its key \"" +
+                            key + "\" is not set");
+      }
+      keys.emplace_back(key, *value);
+    }
+    return {nullptr, class_.name, std::move(keys)};
+  }
+
+  boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name) override {
+    const TCIMValue* value = content_->Find(name);
+    return boost::make_shared<Property>(value == nullptr ? TCIMValue() : *value);
+  }
+
+  void SetPropertyValue(const std::string& name, const TCIMValue& value,
+                        const std::map<std::string, TCIMValue>& /*qualifiers*/) override {
+    if (content_.use_count() > 1) content_ = boost::make_shared<StoredInstance>(*content_);
+    const std::string* kept_name = &*state_->property_names.insert(name).first;
+    for (StoredProperty& property : content_->properties) {
+      if (property.name == kept_name) {
+        property.value = value;
+        return;
+      }
+    }
+    content_->properties.push_back({kept_name, value});
+  }
+
+ private:
+  boost::shared_ptr<State> state_;
+  ClassData& class_;  // in *state_
+  boost::shared_ptr<StoredInstance> content_;
+};
+
+class Repository::Class final : public ICIMClass {
+ public:
+  Class(boost::shared_ptr<State> state, ClassData& data) : state_(std::move(state)), data_(data) {}
+
+  std::string GetName() override {
+    state_->last_named_class = data_.name;
+    return data_.name;
+  }
+
+  boost::shared_ptr<ICIMInstance> CreateInstance(
+      const std::map<std::string, TCIMValue>& keys) override {
+    auto content = boost::make_shared<StoredInstance>();
+    content->class_name = &data_.name;
+    auto instance = boost::make_shared<Instance>(state_, data_, std::move(content));
+    for (const auto& [name, value] : keys) instance->SetPropertyValue(name, value, {});
+    return instance;
+  }
+
+  void EnumerateInstances(
+      const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& visit) override {
+    // By index, and up to the count of now: the visitor may commit further instances.
+    const std::size_t count = data_.committed.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!visit(boost::make_shared<Instance>(state_, data_, data_.committed[i]))) return;
+    }
+  }
+
+ private:
+  boost::shared_ptr<State> state_;
+  ClassData& data_;  // in *state_
+};
+
+Repository::Repository() : state_(boost::make_shared<State>()) {
+  for (const SchemaClass& cim_class : Schema()) {
+    const std::string name(cim_class.name);
+    state_->classes[name] = {name, {cim_class.keys.begin(), cim_class.keys.end()}, {}};
+  }
+}
+
+Repository::~Repository() = default;
+
+boost::shared_ptr<ICIMClass> Repository::GetClass(const std::string& name) {
+  const auto found = state_->classes.find(name);
+  if (found == state_->classes.end()) return nullptr;
+  return boost::make_shared<Class>(state_, found->second);
+}
+
+boost::shared_ptr<ICIMClass> Repository::GetOrDeclareClass(const std::string& name) {
+  ClassData& data = state_->classes[name];
+  data.name = name;
+  return boost::make_shared<Class>(state_, data);
+}
+
+const std::vector<boost::shared_ptr<const StoredInstance>>& Repository::GetCommitted() const {
+  return state_->committed;
+}
+
+const std::string& Repository::GetLastNamedClass() const { return state_->last_named_class; }
+
+void Repository::ForgetNamedClass() { state_->last_named_class.clear(); }
+
+}  // namespace standin

@@ -1,0 +1,58 @@
+#ifndef STANDIN_REPOSITORY_H_
+#define STANDIN_REPOSITORY_H_
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+#include <vector>
+
+#include "hmz/api.h"
+#include "hmz/cim_object_model.h"
+
+namespace standin {
+
+/// A property as it is stored; the name belongs to the repository.
+struct StoredProperty {
+  const std::string* name;
+  NKVXHMZ20::TCIMValue value;
+};
+
+/// A committed instance: its properties in the order in which each was first set.
+struct HMZ_API StoredInstance {
+  const std::string* class_name;
+  std::vector<StoredProperty> properties;
+
+  /// Null when the property was never set.
+  const NKVXHMZ20::TCIMValue* Find(const std::string& name) const;
+};
+
+/// The stand-in's CIM namespace, in memory: the classes of the schema and all that is committed.
+class HMZ_API Repository final : public NKVXHMZ20::ICIMNamespace {
+ public:
+  Repository();
+  ~Repository();
+  Repository(const Repository&) = delete;
+  Repository& operator=(const Repository&) = delete;
+
+  boost::shared_ptr<NKVXHMZ20::ICIMClass> GetClass(const std::string& name) override;
+
+  /// As GetClass; a name that the schema does not know becomes a class without keys.
+  boost::shared_ptr<NKVXHMZ20::ICIMClass> GetOrDeclareClass(const std::string& name);
+
+  /// Everything that was committed, in the order of the commits, duplicates included.
+  const std::vector<boost::shared_ptr<const StoredInstance>>& GetCommitted() const;
+
+  /// The class whose name a plug-in asked for last, which is the one that it is filling; "" since
+  /// the last ForgetNamedClass.
+  const std::string& GetLastNamedClass() const;
+  void ForgetNamedClass();
+
+ private:
+  struct State;
+  class Class;
+  class Instance;
+  boost::shared_ptr<State> state_;
+};
+
+}  // namespace standin
+
+#endif  // STANDIN_REPOSITORY_H_
