@@ -1,0 +1,125 @@
+#include "collect/kelvcmd_data.h"
+
+#include <utility>
+
+#include "collect/owned.h"
+#include "collect/tool_run.h"
+#include "hmz/exception.h"
+#include "model/collected_data.h"
+
+namespace {
+
+constexpr Tool kTool = {"./kraid/kelvcmd",
+                        " KELVCMD is using Spawnprocess. Controller# :", "Kelvcmd aborted: "};
+
+struct Command {
+  const char* word;
+  const char* option;
+};
+constexpr Command kGetConfig = {"getconfig", "al"};
+constexpr Command kGetStatus = {"getstatus", "device"};
+constexpr Command kGetBst = {"getbst", "device"};
+constexpr Command kGetEvent = {"getevent", "device"};
+constexpr Command kGetEventDdd = {"getevent", "ddd"};
+constexpr Command kGetEventSoft = {"getevent", "soft"};
+constexpr Command kGetEventHard = {"getevent", "hard"};
+constexpr Command kGetSubStat = {"getsubstat", "device"};
+
+constexpr Command kCommands[] = {kGetConfig,   kGetStatus,    kGetBst,       kGetEvent,
+                                 kGetEventDdd, kGetEventSoft, kGetEventHard, kGetSubStat};
+
+bool Contains(const std::string& line, const char* words) {
+  return line.find(words) != std::string::npos;
+}
+
+}  // namespace
+
+std::string KelvcmdData::GetDataFromTextFile(const std::string& command, const std::string& option,
+                                             int controller_number) {
+  return RunTool(kTool, command, option, controller_number);
+}
+
+void KelvcmdData::InitData(int controller_offset) {
+  CaptureOutputs();
+  // A second run of the tool for each command: the captured texts are for publishing only.
+  for (int number = kFirstController; number <= kLastController; ++number) {
+    if (ParseController(number, controller_offset) == Next::kEnd) return;
+  }
+}
+
+void KelvcmdData::CaptureOutputs() {
+  for (int number = kFirstController; number <= kLastController; ++number) {
+    for (const Command& command : kCommands) {
+      const std::string output = GetDataFromTextFile(command.word, command.option, number);
+      if (output.empty()) continue;
+      raw_data_.push_back(
+          std::make_unique<KRaidRawData>(kTool.path, command.word, number, command.option, output));
+    }
+  }
+}
+
+KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset) {
+  const auto run = [this, number](const Command& command) {
+    return GetDataFromTextFile(command.word, command.option, number);
+  };
+
+  const std::string config = run(kGetConfig);
+  if (config.empty()) return Next::kController;
+  CollectedData cursor(provider_, config);
+  if (cursor.FindLine("Controller information").empty()) return Next::kController;
+  auto found = std::make_unique<KRaidController>(provider_);
+  found->SetConfigData(config, number + controller_offset);
+  if (!found->GetControllerFound()) return Next::kController;
+
+  // A controller whose output has no device section is never published; its logs are read all
+  // the same.
+  if (!cursor.FindLine("Physical device information").empty()) {
+    while (!Contains(cursor.GetNextLine(), "Command completed successfully")) {
+    }
+    const std::string status = run(kGetStatus);
+    if (!status.empty()) {
+      CollectedData status_cursor(provider_, status);
+      try {
+        found->AddStatusData(&status_cursor);
+      } catch (const NKVXHMZ20::THMZException&) {
+        LogMessage("status data is junk: Quit status data collection");
+        return Next::kEnd;
+      }
+    }
+    controllers_.push_back(std::move(found));
+  }
+  ParseEvents(number);
+  return Next::kController;
+}
+
+void KelvcmdData::ParseEvents(int number) {
+  const auto run = [this, number](const Command& command) {
+    return GetDataFromTextFile(command.word, command.option, number);
+  };
+
+  run(kGetBst);
+  run(kGetEvent);
+
+  const std::string ddd = run(kGetEventDdd);
+  if (!ddd.empty()) {
+    CollectedData cursor(provider_, ddd);
+    if (!cursor.FindLine("+---").empty()) {
+      // An empty log ends the controller: its soft and hard logs and sub-statistics stay unread.
+      if (Contains(cursor.GetNextLine(), "No")) return;
+    }
+  }
+
+  run(kGetEventSoft);
+  run(kGetEventHard);
+  run(kGetSubStat);
+}
+
+std::vector<KRaidController*> KelvcmdData::GetControllers() const {
+  return PointersTo(controllers_);
+}
+
+std::vector<KRaidRawData*> KelvcmdData::GetRawDataVector() const { return PointersTo(raw_data_); }
+
+void KelvcmdData::DisplayAll(const std::string& text) const {
+  CollectedData(provider_, text).DisplayAll();
+}

@@ -1,0 +1,154 @@
+#ifndef MODEL_KRAID_CONTROLLER_H_
+#define MODEL_KRAID_CONTROLLER_H_
+
+#include <string>
+#include <string_view>
+
+#include "hmz/plugin_management.h"
+#include "model/collected_data.h"
+
+/// One RAID controller: the root of the model.
+///
+/// Values are text as the tool printed it behind the colon, the closing "\n" included, and empty
+/// when the tool did not print their label. Nothing is trimmed.
+class KRaidController {
+ public:
+  explicit KRaidController(NKVXHMZ20::TPluginManagerProvider* provider);
+  virtual ~KRaidController() = default;
+  KRaidController(const KRaidController&) = delete;
+  KRaidController& operator=(const KRaidController&) = delete;
+
+  virtual void InitData() {}
+
+  /// Reads the whole output of kelvcmd's "getconfig". Without a "Controller information" section
+  /// only the number is set and the controller counts as not found.
+  void SetConfigData(const std::string& config_text, int controller_num);
+
+  /// Reads the output of "getstatus", wherever the cursor stands.
+  void AddStatusData(CollectedData* cursor);
+
+  /// The value of the first place in `text` that holds the label: from two characters after the
+  /// colon (the colon and one blank) up to and with the "\n", or to the end of the text. "" when
+  /// there is no label, no colon behind it, or nothing behind the colon.
+  static std::string ParseControllerData(std::string_view label, std::string_view text);
+
+  /// Whether the tool's output had the controller's configuration section.
+  bool GetControllerFound() const { return controller_found_; }
+
+  std::string GetControllerNum() const { return controller_num_; }
+  std::string GetControllerType() const { return controller_type_; }
+  std::string GetControllerStatus() const { return controller_status_; }
+  std::string GetControllerChannelDescription() const { return controller_channel_description_; }
+  std::string GetControllerFRU() const { return controller_fru_; }
+  std::string GetcontrollerSerialNumber() const { return controller_serial_number_; }
+  std::string GetControllerPartNumber() const { return controller_part_number_; }
+  std::string GetControllerActualBiosVersion() const { return controller_actual_bios_version_; }
+  std::string GetControllerFirmwareVersion() const { return controller_firmware_version_; }
+  std::string GetControllerBootBlockVersion() const { return controller_boot_block_version_; }
+  std::string GetControllerDeviceDriverVersion() const { return controller_device_driver_version_; }
+  std::string GetControllerSlotInformation() const { return controller_slot_information_; }
+  std::string GetControllerCopybackEnabled() const { return controller_copyback_enabled_; }
+  std::string GetControllerVPD() const { return controller_vpd_; }
+  std::string GetControllerECVersion() const { return controller_ec_version_; }
+  std::string GetBatteryStatus() const { return battery_status_; }
+  std::string GetBatteryOverTemp() const { return battery_over_temp_; }
+  std::string GetBatteryCapacity() const { return battery_capacity_; }
+  std::string GetBatteryFRU() const { return battery_fru_; }
+  std::string GetBatteryTimeRemaining() const { return battery_time_remaining_; }
+  std::string GetControllerName() const { return controller_name_; }
+  std::string GetControllerSCSIChannelDescription() const {
+    return controller_scsi_channel_description_;
+  }
+  std::string GetControllerInitiatorsIDs() const { return controller_initiators_ids_; }
+  std::string GetControllerMaximumPhysicalDevices() const {
+    return controller_maximum_physical_devices_;
+  }
+  std::string GetControllerDefuncDiskDriveCount() const {
+    return controller_defunc_disk_drive_count_;
+  }
+  std::string GetControllerLogicalDrives() const { return controller_logical_drives_; }
+  std::string GetControllerReadaheadCacheSetting() const {
+    return controller_readahead_cache_setting_;
+  }
+  std::string GetControllerStripeUnitSize() const { return controller_stripe_unit_size_; }
+  std::string GetControllerRebuildRate() const { return controller_rebuild_rate_; }
+  std::string GetControllerHotSwapRebuild() const { return controller_hot_swap_rebuild_; }
+  std::string GetControllerDataScrubbing() const { return controller_data_scrubbing_; }
+  std::string GetHotSpareCopyBack() const { return hot_spare_copy_back_; }
+  std::string GetControllerPartOfCluster() const { return controller_part_of_cluster_; }
+  std::string GetControllerUnattendedMode() const { return controller_unattended_mode_; }
+  std::string GetControllerConcurrentCommandsSupported() const {
+    return controller_concurrent_commands_supported_;
+  }
+  std::string GetControllerConfigurationUpdateCount() const {
+    return controller_configuration_update_count_;
+  }
+  std::string GetControllerCurrentMostRecentOperation() const {
+    return controller_current_most_recent_operation_;
+  }
+  std::string GetControllerLogicalDrive() const { return controller_logical_drive_; }
+  std::string GetControllerBackgroundOperationActive() const {
+    return controller_background_operation_active_;
+  }
+  std::string GetControllerLastCommandStatus() const { return controller_last_command_status_; }
+  std::string GetControllerLogicalDriveSizeInStripes() const {
+    return controller_logical_drive_size_in_stripes_;
+  }
+  std::string GetControllerNumberOfRemainingStripes() const {
+    return controller_number_of_remaining_stripes_;
+  }
+  std::string GetControllerDeviceID() const { return controller_device_id_; }
+  std::string GetClusterSolutionVersion() const { return cluster_solution_version_; }
+
+  /// Writes the identity and version fields to standard output.
+  void DisplayAll() const;
+
+ private:
+  std::string controller_num_;
+  std::string controller_type_;
+  std::string controller_status_;
+  std::string controller_channel_description_;
+  std::string controller_fru_;
+  std::string controller_serial_number_;
+  std::string controller_part_number_;
+  std::string controller_actual_bios_version_;
+  std::string controller_firmware_version_;
+  std::string controller_boot_block_version_;
+  std::string controller_device_driver_version_;
+  std::string controller_slot_information_;
+  std::string controller_copyback_enabled_;
+  std::string controller_vpd_;
+  std::string controller_ec_version_;
+  std::string battery_status_;
+  std::string battery_over_temp_;
+  std::string battery_capacity_;
+  std::string battery_fru_;
+  std::string battery_time_remaining_;
+  std::string controller_name_;
+  std::string controller_scsi_channel_description_;
+  std::string controller_initiators_ids_;
+  std::string controller_maximum_physical_devices_;
+  std::string controller_defunc_disk_drive_count_;
+  std::string controller_logical_drives_;
+  std::string controller_readahead_cache_setting_;
+  std::string controller_stripe_unit_size_;
+  std::string controller_rebuild_rate_;
+  std::string controller_hot_swap_rebuild_;
+  std::string controller_data_scrubbing_;
+  std::string hot_spare_copy_back_;
+  std::string controller_part_of_cluster_;
+  std::string controller_unattended_mode_;
+  std::string controller_concurrent_commands_supported_;
+  std::string controller_configuration_update_count_;
+  std::string controller_current_most_recent_operation_;
+  std::string controller_logical_drive_;
+  std::string controller_background_operation_active_;
+  std::string controller_last_command_status_;
+  std::string controller_logical_drive_size_in_stripes_;
+  std::string controller_number_of_remaining_stripes_;
+  std::string controller_device_id_;
+  std::string cluster_solution_version_;
+  bool controller_found_ = false;
+};
+
+#endif  // MODEL_KRAID_CONTROLLER_H_
