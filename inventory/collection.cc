@@ -1,0 +1,67 @@
+#include "inventory/collection.h"
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <exception>
+#include <stdexcept>
+#include <string_view>
+
+#include "standin/plugin_manager.h"
+
+namespace {
+
+/// What the exception in flight means to a person who has to look for its cause.
+Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor& tools) {
+  std::string text = "an unknown exception";
+  bool ran_off_the_end = false;
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    text = error.what();
+    ran_off_the_end = dynamic_cast<const std::out_of_range*>(&error) != nullptr && text == "vector";
+  } catch (...) {
+  }
+
+  if (!repository.GetLastNamedClass().empty()) {
+    return {"class " + repository.GetLastNamedClass(), "publishing it failed: " + text};
+  }
+  if (tools.GetLastRun().empty()) return {"collection", "it failed before any tool ran: " + text};
+  if (ran_off_the_end) {
+    return {tools.GetLastRun(),
+            "its output ends too early: lines that have to follow, such as the closing one, are "
+            "missing (the error's own text is \"" +
+                text + "\"); the collection ended here"};
+  }
+  return {tools.GetLastRun(), "the collection failed during this run or after it: " + text};
+}
+
+}  // namespace
+
+std::vector<Problem> Collect(const Options& options, standin::Repository& repository,
+                             const ToolMonitor& tools) {
+  std::vector<Problem> problems;
+  try {
+    standin::LoadedPlugin plugin(options.plugin);
+    for (int pass = 0; pass < options.passes; ++pass) {
+      repository.ForgetNamedClass();
+      std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;
+      for (const std::string& name : options.classes) {
+        classes.push_back(repository.GetOrDeclareClass(name));
+      }
+      // The caller keeps the repository; the plug-in only gets to see it.
+      const boost::shared_ptr<NKVXHMZ20::ICIMNamespace> cim_namespace(
+          &repository, [](NKVXHMZ20::ICIMNamespace*) {});
+      try {
+        plugin.GetQueries().GetData(cim_namespace, classes);
+      } catch (...) {
+        const Problem problem = DescribeFailure(repository, tools);
+        if (std::find(problems.begin(), problems.end(), problem) == problems.end()) {
+          problems.push_back(problem);
+        }
+      }
+    }
+  } catch (const std::exception& error) {
+    problems.push_back({"plug-in " + options.plugin.string(), error.what()});
+  }
+  return problems;
+}

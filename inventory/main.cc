@@ -1,0 +1,101 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <optional>
+
+#include "inventory/collection.h"
+#include "inventory/exit_status.h"
+#include "inventory/json_printer.h"
+#include "inventory/log_file.h"
+#include "inventory/options.h"
+#include "inventory/output_file.h"
+#include "inventory/terminal.h"
+#include "inventory/tool_monitor.h"
+#include "standin/host_services.h"
+#include "standin/repository.h"
+
+namespace {
+
+// Started without one of the standard descriptors, the next file to be opened would take its place.
+// The stand-ins fail on writing, as a closed descriptor does.
+void FillStandardDescriptors() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDONLY);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
+int Run(const Options& options) {
+  OutputFile output(options.output);
+  if (!output.GetError().empty()) {
+    Complain("cannot write " + options.output.string() + ": " + output.GetError());
+    return kExitOutput;
+  }
+  LogFile log(options.log);
+  if (!log.GetError().empty()) {
+    Complain("cannot write " + options.log.string() + ": " + log.GetError());
+    return kExitOutput;
+  }
+
+  if (!options.root.empty()) {
+    std::error_code error;
+    std::filesystem::current_path(options.root, error);
+    if (error) {
+      Complain("cannot work in " + options.root.string() + ": " + error.message());
+      return kExitUsage;
+    }
+  }
+
+  standin::ProcessLimits limits;
+  limits.time = options.tool_timeout;
+  ToolMonitor tools(limits, options.verbose);
+  standin::Services().spawn_process = [&tools](const auto& program, const auto& arguments) {
+    return tools.Run(program, arguments);
+  };
+  standin::Services().log = [&log](int level, const auto& text) { log.Write(level, text); };
+
+  standin::Repository repository;
+  Report report{standin::Services().get_machine_name(), kExitAnswered, tools.GetProblems(),
+                repository};
+  const std::vector<Problem> failures = Collect(options, repository, tools);
+  tools.GetProgress().Clear();
+
+  report.problems = tools.GetProblems();
+  for (const Problem& failure : failures) {
+    Complain(failure.what + ": " + failure.why);
+    report.problems.push_back(failure);
+    report.exit_status = kExitFailed;
+  }
+  if (!log.GetError().empty()) {
+    Complain("cannot write " + options.log.string() + ": " + log.GetError());
+    report.exit_status = kExitOutput;
+  }
+
+  PrintJson(report, output);
+  output.Finish();
+  if (!output.GetError().empty()) {
+    if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
+    return kExitOutput;
+  }
+  return report.exit_status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  FillStandardDescriptors();
+  try {
+    int exit_status = kExitAnswered;
+    const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
+    if (!options) return exit_status;
+    CleanUpOnSignals();
+    return Run(*options);
+  } catch (const std::exception& error) {
+    Complain(error.what());
+    return kExitFailed;
+  }
+}

@@ -1,0 +1,45 @@
+#include "inventory/terminal.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+
+#include "inventory/options.h"
+
+namespace {
+
+constexpr char kClearLine[] = "\r\x1b[K";
+
+bool CanRewriteLines() {
+  const char* term = std::getenv("TERM");
+  return isatty(STDERR_FILENO) != 0 && term != nullptr && std::string_view(term) != "dumb";
+}
+
+}  // namespace
+
+void Complain(const std::string& text) { std::cerr << kProgramName << ": " << text << std::endl; }
+
+ProgressLine::ProgressLine() : on_terminal_(CanRewriteLines()) {}
+
+ProgressLine::~ProgressLine() { Clear(); }
+
+void ProgressLine::Show(const std::string& text) {
+  if (!on_terminal_) return;
+  std::cerr << kClearLine << text << std::flush;
+  shown_ = true;
+}
+
+void ProgressLine::Clear() {
+  if (shown_) std::cerr << kClearLine << std::flush;
+  shown_ = false;
+}
+
+std::string Printable(std::string text) {
+  for (char& c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte < 0x20 && c != '\t' && c != '\n') || byte == 0x7f) c = '?';
+  }
+  return text;
+}
