@@ -1,0 +1,49 @@
+#ifndef STANDIN_PROCESS_H_
+#define STANDIN_PROCESS_H_
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "hmz/api.h"
+
+namespace standin {
+
+/// What one run of a program may use.
+struct ProcessLimits {
+  std::chrono::milliseconds time{std::chrono::seconds{300}};
+  std::size_t output_bytes = std::size_t{64} << 20;
+  /// Between asking a program to end and ending it.
+  std::chrono::milliseconds grace{std::chrono::seconds{2}};
+};
+
+/// How a run ended.
+struct ProcessResult {
+  /// Standard output, byte for byte: whole when `failure` is empty.
+  std::string output;
+  /// Standard error: its beginning and its end, with a note between them of what is left out.
+  std::string error_output;
+  /// Of a program that ended by itself.
+  int exit_status = 0;
+  /// "" when the program ran and ended by itself, whatever its exit status. Otherwise the reason,
+  /// for a person, beginning with the program's path.
+  std::string failure;
+};
+
+/// Runs `program`, a path without a search, with exactly `arguments`, and waits for its end.
+///
+/// The child gets the null device as standard input, only descriptors 0 to 2, default signal
+/// dispositions, an empty signal mask, a process group of its own and LC_ALL=C. There is one run at
+/// a time: a call from a second thread waits for its turn, and its time counts from there.
+HMZ_API ProcessResult RunProcess(const std::string& program,
+                                 const std::vector<std::string>& arguments,
+                                 const ProcessLimits& limits);
+
+/// Ends the run in progress, if there is one, with all its process group. Meant for the signal
+/// handlers of a program that is about to end: it is async-signal-safe.
+HMZ_API void KillRunningProcess() noexcept;
+
+}  // namespace standin
+
+#endif  // STANDIN_PROCESS_H_
