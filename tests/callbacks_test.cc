@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+#include "collect/kraid_collect_data.h"
+#include "hmz/root_object.h"
+#include "plugin/dispatch.h"
+#include "plugin/kraid_callbacks.h"
+#include "plugin/publishers.h"
+#include "standin/registry.h"
+#include "standin/repository.h"
+#include "standin/schema.h"
+#include "tests/fake_host.h"
+
+namespace {
+
+using namespace NKVXHMZ20;  // NOLINT(google-build-using-namespace): the host's whole face
+
+/// Registers nothing beyond remembering; stands in for the manager of a loaded plug-in.
+class TestManager final : public TPluginManagerNamespace {
+ public:
+  boost::shared_ptr<ICIMClass> GetClass(const std::string&) override { return nullptr; }
+  void RegisterPlugin(IPluginCallbacks* callbacks) override { registered = callbacks; }
+  IPluginCallbacks* registered = nullptr;
+};
+
+TEST(Callbacks, RegisterThemselvesAndTellWhatTheyAre) {
+  const auto real_manager = TRootObject::GetPluginManager();
+  const auto manager = boost::make_shared<TestManager>();
+  standin::SetPluginManager(manager);
+  auto* callbacks = new TKraidCallbacks;
+  EXPECT_EQ(manager->registered, callbacks);
+  EXPECT_EQ(callbacks->GetType(), 0);
+  EXPECT_EQ(callbacks->GetName(), "Kraid collector");
+  EXPECT_EQ(callbacks->GetVersion(), "1.0");
+  EXPECT_EQ(callbacks->GetInterfaceVersion(), "1.0");
+  EXPECT_NE(dynamic_cast<IPluginBasicQueryCallbacks*>(manager->registered), nullptr);
+  callbacks->PrepareForUnload();  // the leak check sees whether it deletes
+  standin::SetPluginManager(real_manager);
+}
+
+TEST(CallbacksDeathTest, TripBoostsAssertionOnNullPointersOfTheHost) {
+  EXPECT_DEATH(
+      {
+        standin::SetPluginManager(boost::make_shared<standin::Repository>());  // no manager
+        new TKraidCallbacks;
+      },
+      "px != 0");
+}
+
+TEST(Dispatch, KnowsTheClassesOfTheSchemaInTheirOrder) {
+  const auto entries = DispatchList();
+  const auto schema = standin::Schema();
+  ASSERT_EQ(entries.size(), schema.size());
+  for (std::size_t i = 0; i < entries.size(); ++i) EXPECT_EQ(entries[i].class_name, schema[i].name);
+}
+
+/// Writes down every call that is made on one class and its instances.
+class RecordingClass final : public ICIMClass, public ICIMInstance {
+ public:
+  std::string GetName() override { return "recording"; }
+  boost::shared_ptr<ICIMInstance> CreateInstance(const std::map<std::string, TCIMValue>&) override {
+    calls.emplace_back("create", "");
+    return {static_cast<ICIMInstance*>(this), [](ICIMInstance*) {}};
+  }
+  void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>&) override {}
+  void Commit(const std::map<std::string, TCIMValue>&) override {
+    calls.emplace_back("commit", "");
+  }
+  TCIMReference GetReference() override { return {nullptr, {}}; }
+  boost::shared_ptr<ICIMProperty> GetProperty(const std::string&) override { return nullptr; }
+  void SetPropertyValue(const std::string& name, const TCIMValue& value,
+                        const std::map<std::string, TCIMValue>&) override {
+    calls.emplace_back(name, value.ToString());
+  }
+  std::vector<std::pair<std::string, std::string>> calls;
+};
+
+class Publishing : public testing::Test {
+ protected:
+  Publishing() {
+    host_.outputs["./kraid/kelvcmd getconfig 2 al"] =
+        "Controller information\nController type : X \nController FRU : F\n"
+        "Physical device information\nCommand completed successfully\n";
+    host_.outputs["./kraid/kelvcmd getbst 1 device"] = "no newline";
+  }
+
+  /// The calls that publishing this class makes.
+  std::vector<std::pair<std::string, std::string>> CallsOf(const std::string& class_name) {
+    KraidCollectData collector(nullptr);
+    collector.InitData();
+    host_.log.clear();
+    const auto recorder = boost::make_shared<RecordingClass>();
+    Publish(class_name, {nullptr, recorder, collector});
+    return recorder->calls;
+  }
+
+  FakeHost host_;
+};
+
+TEST_F(Publishing, SetsTheControllersPropertiesInTheirOrder) {
+  using Call = std::pair<std::string, std::string>;
+  const std::vector<Call> calls = CallsOf("KVXSG_krSCSIProtocolController");
+  const std::vector<Call> expected = {
+      {"create", ""},
+      {"SystemCreationClassName", "KVXSG_ComputerSystem"},
+      {"CreationClassname", "KVXSG_krSCSIProtocolController"},
+      {"SystemName", "testhost"},
+      {"DeviceID", "KelvaRAID2"},
+      {"OtherIdentifyingInfo", "{X \n,  Controller:2}"},
+      {"ControllerNum", "2"},
+      {"ControllerType", "X \n"},
+      {"ControllerStatus", ""},
+      {"ChannelDescription", ""},
+      {"ControllerFRU", "F\n"},
+  };
+  ASSERT_EQ(calls.size(), 48U);  // 46 settings between create and commit
+  EXPECT_EQ(std::vector<Call>(calls.begin(), calls.begin() + 11), expected);
+  std::string rest;
+  for (auto call = calls.begin() + 11; call != calls.end(); ++call) rest += call->first + " ";
+  EXPECT_EQ(rest,
+            "SerialNum PartNum DeviceDriverVersion ClusterSolutionVersion CopyBackEnabled "
+            "ControllerSlotInfo ControllerName ScsiChannelDescr InitiatorChannelScsiId "
+            "MaxPhysicalDevices DefunctDiskDriveCnt LogicalDriveStatusCnt ReadAhead "
+            "StripeUnitSize RebuildRate HotSwapRebuild DataScrubbing HotSpareCopyBack "
+            "PartOfCluster UnattendedMode ConcurrentCommandsSupported ConfigurationUpdateCount "
+            "Current_MostRecentOperation Logical_Drive BackgroundOperationActive LastCmdStatus "
+            "LogicalDriveSizeInStripes NumberOfRemainingStripes VPD ECVersion ControllerFRU "
+            "ControllerBatteryStatus ControllerBatteryOverTemp ControllerBatteryCapacity "
+            "ControllerBatteryFRU BatteryTimeRemaining commit ");
+}
+
+TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
+  KraidCollectData collector(nullptr);
+  collector.InitData();
+  standin::Repository repository;
+  Publish("KVXSG_krRawData", {nullptr, repository.GetClass("KVXSG_krRawData"), collector});
+  ASSERT_EQ(repository.GetCommitted().size(), 2U);
+  const auto& first = *repository.GetCommitted()[0];
+  EXPECT_EQ(first.Find("Command")->ToString(), "./kraid/kelvcmd getbst 1 device");
+  EXPECT_TRUE(first.Find("RawResults")->IsNull());
+  EXPECT_EQ(repository.GetCommitted()[1]->Find("RawResults")->GetArray().size(), 5U);
+}
+
+TEST_F(Publishing, LogsThatThereAreNoRawOutputs) {
+  host_.outputs.clear();
+  EXPECT_TRUE(CallsOf("KVXSG_krRawData").empty());
+  EXPECT_EQ(host_.log, std::vector<std::string>{"3|KraidRawDataVector is empty: inside KrPlugin"});
+}
+
+TEST_F(Publishing, PassesOverOtherNamesWithoutAWord) {
+  for (const char* name :
+       {"KVXSG_DiskGroup", "KVXSG_krDriveInDiskGroup", "KVXSG_krExtenInDiskGroup",
+        "kvxsg_krRawData", "KVXSG_krRawDat", "KVXSG_krRawData ", ""}) {
+    EXPECT_TRUE(CallsOf(name).empty()) << name;
+    EXPECT_TRUE(host_.log.empty()) << name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "collect/kelvcmd_data.h"
+#include "collect/kraid_collect_data.h"
+#include "collect/kraid_raw_data.h"
+#include "tests/fake_host.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr char kConfig[] =
+    "Controller information\nController type : X\nPhysical device information\n"
+    "Command completed successfully\n";
+
+std::string Command(const char* arguments) { return std::string("./kraid/kelvcmd ") + arguments; }
+
+Texts NumbersOf(const std::vector<KRaidController*>& controllers) {
+  Texts numbers;
+  for (const KRaidController* controller : controllers) {
+    numbers.push_back(controller->GetControllerNum());
+  }
+  return numbers;
+}
+
+TEST(KRaidRawData, KeepsTheCommandLineAsItWasPutTogether) {
+  EXPECT_EQ(KRaidRawData("./t", "getstatus", 1, "device", "").GetCommand(),
+            "./t getstatus 1 device");
+  EXPECT_EQ(KRaidRawData("./t", "getconfig", 0, "al", "").GetCommand(), "./t getconfig  al");
+  EXPECT_EQ(KRaidRawData("/log", "", 0, "", "").GetCommand(), "/log   ");
+  EXPECT_EQ(KRaidRawData("./t", "a b", -1, "", "").GetCommand(), "./t a b -1 ");
+}
+
+TEST(KRaidRawData, KeepsTerminatedLinesWithoutTheirNewline) {
+  const auto value_of = [](const std::string& output) {
+    return KRaidRawData("t", "c", 1, "o", output).GetRawData();
+  };
+  EXPECT_EQ(value_of("a\n\nb\r\n").ToString(), "{a, , b\r}");
+  EXPECT_EQ(value_of("a\nb").ToString(), "{a}");
+  EXPECT_EQ(value_of("\n").GetArray().size(), 1U);
+  EXPECT_TRUE(value_of("no newline").IsNull());
+  EXPECT_TRUE(value_of("").IsNull());
+}
+
+TEST(KelvcmdData, WithoutTheToolEveryRunIsLoggedAndNothingIsKept) {
+  FakeHost host;
+  KelvcmdData collector(nullptr);
+  collector.InitData(0);
+  EXPECT_TRUE(collector.GetControllers().empty());
+  EXPECT_TRUE(collector.GetRawDataVector().empty());
+  ASSERT_EQ(host.runs.size(), 64U + 8U);
+  const Texts first_controller(host.runs.begin(), host.runs.begin() + 8);
+  EXPECT_EQ(first_controller, (Texts{Command("getconfig 1 al"), Command("getstatus 1 device"),
+                                     Command("getbst 1 device"), Command("getevent 1 device"),
+                                     Command("getevent 1 ddd"), Command("getevent 1 soft"),
+                                     Command("getevent 1 hard"), Command("getsubstat 1 device")}));
+  EXPECT_EQ(host.runs[63], Command("getsubstat 8 device"));
+  EXPECT_EQ(host.runs[64], Command("getconfig 1 al"));
+  EXPECT_EQ(host.runs[71], Command("getconfig 8 al"));
+  ASSERT_EQ(host.log.size(), 2 * 72U);
+  EXPECT_EQ(host.log[0],
+            "3| KELVCMD is using Spawnprocess. Controller# :1 opt1: getconfig opt2: al");
+  EXPECT_EQ(host.log[1], "3|Kelvcmd aborted: no such tool");
+}
+
+TEST(KelvcmdData, KeepsEveryOutputUnderTheNumberOfTheTool) {
+  FakeHost host;
+  host.outputs[Command("getconfig 2 al")] = kConfig;
+  host.outputs[Command("getevent 2 soft")] = "text without a newline";
+  host.outputs[Command("getbst 5 device")] = "no such controller\n";
+  host.outputs[Command("getsubstat 2 device")] = "";
+  KelvcmdData collector(nullptr);
+  collector.InitData(3);
+  Texts commands;
+  for (const KRaidRawData* record : collector.GetRawDataVector()) {
+    commands.push_back(record->GetCommand());
+  }
+  EXPECT_EQ(commands, (Texts{Command("getconfig 2 al"), Command("getevent 2 soft"),
+                             Command("getbst 5 device")}));
+  EXPECT_EQ(NumbersOf(collector.GetControllers()), Texts{"5"});
+}
+
+TEST(KelvcmdData, ParsesEachControllerByRunsOfItsOwn) {
+  FakeHost host;
+  host.outputs[Command("getconfig 3 al")] = kConfig;
+  host.outputs[Command("getstatus 3 device")] = "Status : first\n";
+  host.before_run = [&](const std::string&) {
+    if (host.runs.size() > 64) host.outputs[Command("getstatus 3 device")] = "Status : second\n";
+  };
+  KelvcmdData collector(nullptr);
+  collector.InitData(0);
+  EXPECT_EQ(
+      Texts(host.runs.begin() + 66, host.runs.begin() + 75),
+      (Texts{Command("getconfig 3 al"), Command("getstatus 3 device"), Command("getbst 3 device"),
+             Command("getevent 3 device"), Command("getevent 3 ddd"), Command("getevent 3 soft"),
+             Command("getevent 3 hard"), Command("getsubstat 3 device"),
+             Command("getconfig 4 al")}));
+  ASSERT_EQ(NumbersOf(collector.GetControllers()), Texts{"3"});
+  EXPECT_EQ(collector.GetControllers()[0]->GetControllerLastCommandStatus(), " second\n");
+}
+
+TEST(KelvcmdData, ReadsOnWhateverASectionLacks) {
+  const struct {
+    const char* what;
+    std::string config;
+    const char* ddd;
+    std::size_t parse_runs;  // of this controller and the seven others
+    std::size_t controllers;
+  } cases[] = {
+      {"no output", "", "", 8, 0},
+      {"no controller section", "Physical device information\n", "", 8, 0},
+      {"no device section: logs are read, nothing is published", "Controller information\n", "",
+       8 + 6, 0},
+      {"empty DDD log", kConfig, "heading\n+---+\n| No entries |\n", 8 + 4, 1},
+      {"DDD log with entries", kConfig, "+---+\n| Date |\n", 8 + 7, 1},
+      {"DDD log without a rule", kConfig, "No log\n", 8 + 7, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    FakeHost host;
+    host.outputs[Command("getconfig 1 al")] = c.config;
+    host.outputs[Command("getevent 1 ddd")] = c.ddd;
+    KelvcmdData collector(nullptr);
+    collector.InitData(0);
+    EXPECT_EQ(host.runs.size(), 64 + c.parse_runs);
+    EXPECT_EQ(collector.GetControllers().size(), c.controllers);
+  }
+}
+
+TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
+  for (const char* truncated : {"getconfig 2 al", "getevent 2 ddd"}) {
+    SCOPED_TRACE(truncated);
+    FakeHost host;
+    host.outputs[Command("getconfig 1 al")] = kConfig;
+    host.outputs[Command("getconfig 2 al")] = kConfig;
+    host.outputs[Command(truncated)] =
+        "Controller information\nPhysical device information\n+---\n";
+    KelvcmdData collector(nullptr);
+    EXPECT_THROW(collector.InitData(0), std::out_of_range);
+    EXPECT_EQ(host.runs.back(), Command(truncated));
+    EXPECT_EQ(NumbersOf(collector.GetControllers()).front(), "1");  // what was found stays
+  }
+}
+
+TEST(KraidCollectData, JoinsTheCollectorsAndAddsUpOverCalls) {
+  FakeHost host;
+  host.outputs[Command("getconfig 2 al")] = kConfig;
+  host.outputs[Command("getconfig 7 al")] = kConfig;
+  KraidCollectData driver(nullptr);
+  driver.InitData();
+  EXPECT_EQ(NumbersOf(driver.GetControllers()), (Texts{"2", "7"}));
+  EXPECT_EQ(driver.GetKraidRawDataV().size(), 2U);
+  driver.GetControllers().clear();  // a copy
+  driver.InitData();
+  EXPECT_EQ(NumbersOf(driver.GetControllers()), (Texts{"2", "7", "2", "7"}));
+  EXPECT_EQ(driver.GetKraidRawDataV()[1]->GetCommand(), Command("getconfig 7 al"));
+}
+
+}  // namespace

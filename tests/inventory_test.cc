@@ -1,0 +1,313 @@
+// The command as a user runs it: the real plug-in, loaded from its file, and real child processes.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+constexpr char kCommand[] = KRAID_BUILD_DIR "/bin/kraid-inventory";
+constexpr char kDemo[] = KRAID_SOURCE_DIR "/demo";
+constexpr char kControllers[] = "KVXSG_krSCSIProtocolController";
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteFile(const fs::path& path, const std::string& text) {
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+struct Outcome {
+  int status;  // of the shell: 128 + N for an end by signal N
+  std::string out;
+  std::string err;
+};
+
+class Inventory : public testing::Test {
+ protected:
+  Inventory() {
+    std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+    folder_ = mkdtemp(pattern.data());
+  }
+  ~Inventory() override { fs::remove_all(folder_); }
+
+  /// Runs a shell script in the test's folder.
+  Outcome Shell(const std::string& script) const {
+    WriteFile(folder_ / "script", script);
+    const int status =
+        std::system(("cd '" + folder_.string() + "' && sh script >out 2>err").c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            ReadFile(folder_ / "out"), ReadFile(folder_ / "err")};
+  }
+
+  Outcome Run(const std::string& arguments) const {
+    return Shell(std::string(kCommand) + " " + arguments);
+  }
+
+  /// A kelvcmd that answers as the sample machine's, but for one command line.
+  void ReplaceTool(const std::string& command_line, const std::string& script) const {
+    WriteFile(folder_ / "kraid/kelvcmd", "#!/bin/sh\nif [ \"$*\" = '" + command_line +
+                                             "' ]; then\n" + script + "\nelse exec " + kDemo +
+                                             "/kraid/kelvcmd \"$@\"\nfi\n");
+    fs::permissions(folder_ / "kraid/kelvcmd", fs::perms::all);
+  }
+
+  std::vector<std::string> FilesLeft() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) {
+      const std::string name = entry.path().filename();
+      if (name != "script" && name != "out" && name != "err" && name != "kraid") {
+        names.push_back(name);
+      }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Inventory, OfAMachineWithoutToolsIsEmptyAndFine) {
+  const auto start = std::chrono::steady_clock::now();
+  const Outcome outcome = Run("--log log");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  const Json document = Json::parse(outcome.out);
+  EXPECT_EQ(document["exit_status"], 0);
+  EXPECT_TRUE(document["instances"].empty());
+  EXPECT_EQ(document["problems"].dump(),
+            R"([{"what":"./kraid/kelvcmd","why":"72 of 72 runs failed: )"
+            R"(cannot be started: No such file or directory"}])");
+
+  std::string expected;
+  const auto log_run = [&expected](int number, const char* word, const char* option) {
+    expected += "3\t KELVCMD is using Spawnprocess. Controller# :" + std::to_string(number) +
+                " opt1: " + word + " opt2: " + option +
+                "\n3\tKelvcmd aborted: ./kraid/kelvcmd: cannot be started: "
+                "No such file or directory\n";
+  };
+  for (int number = 1; number <= 8; ++number) {
+    log_run(number, "getconfig", "al");
+    for (const char* word : {"getstatus", "getbst", "getevent"}) log_run(number, word, "device");
+    for (const char* option : {"ddd", "soft", "hard"}) log_run(number, "getevent", option);
+    log_run(number, "getsubstat", "device");
+  }
+  for (int number = 1; number <= 8; ++number) log_run(number, "getconfig", "al");
+  EXPECT_EQ(ReadFile(folder_ / "log"),
+            expected + "3\tKraidRawDataVector is empty: inside KrPlugin\n");
+}
+
+TEST_F(Inventory, OfTheSampleMachineHoldsItsControllers) {
+  const Outcome outcome = Run(std::string("--root ") + kDemo + " " + kControllers);
+  EXPECT_EQ(outcome.status, 0);
+  Json document = Json::parse(outcome.out);
+  EXPECT_EQ(document["problems"].dump(), "[]");
+  for (Json& instance : document["instances"]) {
+    EXPECT_EQ(instance["properties"]["SystemName"], document["host"]);
+    instance["properties"]["SystemName"] = "HOST";
+  }
+  const fs::path golden = KRAID_SOURCE_DIR "/tests/golden/controllers.json";
+  const std::string text = document["instances"].dump(2) + "\n";
+  if (std::getenv("KRAID_UPDATE_GOLDEN") != nullptr) WriteFile(golden, text);
+  EXPECT_EQ(text, ReadFile(golden));
+}
+
+TEST_F(Inventory, LosesNoMoreThanTheRunOfAToolThatMisbehaves) {
+  const struct {
+    const char* command_line;
+    const char* script;
+    const char* problem;  // "" when the output is taken as it is
+  } cases[] = {
+      {"getbst 1 device", "exec sleep 60", "was stopped after 300 ms"},
+      {"getbst 1 device", "trap '' TERM; while :; do sleep 0.1; done", "was stopped after 300 ms"},
+      {"getbst 1 device", "exec yes", "was stopped after 64 MiB of output"},
+      {"getbst 1 device", "kill -SEGV $$", "was ended by signal 11"},
+      {"getbst 1 device", R"(printf '\377\000\n\001')", ""},
+      {"getbst 1 device", "sleep 30 & exit 9", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.script);
+    ReplaceTool(c.command_line, c.script);
+    const Outcome outcome = Run(std::string("--tool-timeout 0.3 ") + kControllers);
+    EXPECT_EQ(outcome.status, 0);
+    const Json document = Json::parse(outcome.out);
+    EXPECT_EQ(document["instances"].size(), 2U);
+    const std::string problems = document["problems"].dump();
+    if (*c.problem == '\0') {
+      EXPECT_EQ(problems, "[]");
+    } else {
+      EXPECT_NE(problems.find(std::string("2 of 83 runs failed: ") + c.problem), std::string::npos)
+          << problems;
+    }
+  }
+}
+
+TEST_F(Inventory, NamesTheRunWhoseOutputEndsTooEarly) {
+  ReplaceTool("getconfig 2 al", "printf 'Controller information\\nPhysical device information\\n'");
+  const Outcome outcome = Run(std::string("--passes 2 ") + kControllers);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_TRUE(outcome.err.starts_with(
+      "kraid-inventory: ./kraid/kelvcmd getconfig 2 al: its output ends too early"))
+      << outcome.err;
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
+  const Json document = Json::parse(outcome.out);
+  EXPECT_EQ(document["exit_status"], 1);
+  EXPECT_EQ(document["problems"][0]["what"], "./kraid/kelvcmd getconfig 2 al");
+}
+
+TEST_F(Inventory, GoesOnToTheNextPassAfterAFailure) {
+  // The capturing run is fine, the parsing run of the first pass is not, the next ones are.
+  ReplaceTool("getconfig 2 al",
+              "n=$(cat count 2>/dev/null); echo x$n >count\n"
+              "case $n in x) printf 'Controller information\\nPhysical device information\\n' ;;\n"
+              "*) exec " +
+                  std::string(kDemo) + "/kraid/kelvcmd \"$@\" ;; esac");
+  const Outcome outcome = Run(std::string("--passes 3 ") + kControllers);
+  EXPECT_EQ(outcome.status, 1);
+  const Json document = Json::parse(outcome.out);
+  EXPECT_EQ(document["problems"].size(), 1U);
+  EXPECT_EQ(document["instances"].size(), 4U);  // two controllers in each pass that went well
+}
+
+TEST_F(Inventory, TakesClassesInTheirOrderWithRepeatsAndUnknownNames) {
+  const Outcome outcome = Run(std::string("--root ") + kDemo + " " + kControllers +
+                              " Unknown KVXSG_krRawData " + kControllers);
+  ASSERT_EQ(outcome.status, 0);
+  std::string classes;
+  const Json document = Json::parse(outcome.out);
+  for (const Json& instance : document["instances"]) {
+    classes += instance["class"] == kControllers ? "C" : "r";
+  }
+  EXPECT_EQ(classes, "CC" + std::string(64, 'r') + "CC");
+}
+
+TEST_F(Inventory, RefusesWrongCommandLines) {
+  WriteFile(folder_ / "file", "no plug-in");
+  for (const char* arguments :
+       {"--bogus", "--format text", "--format mof", "--format xml", "--root absent",
+        "--plugin absent", "--passes 0", "--passes x", "--tool-timeout 0", "--tool-timeout -1",
+        "--output", "--root file"}) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_EQ(outcome.out, "") << arguments;
+    EXPECT_TRUE(outcome.err.starts_with("kraid-inventory: ")) << arguments;
+  }
+  EXPECT_EQ(Run("--help").status, 0);
+  EXPECT_EQ(Run("--version").out, "kraid-inventory " KRAID_VERSION "\n");
+}
+
+TEST_F(Inventory, ReportsAPluginThatCannotBeLoaded) {
+  WriteFile(folder_ / "file", "no plug-in");
+  const Outcome outcome = Run("--plugin file");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("cannot be loaded"), std::string::npos);
+  EXPECT_EQ(Json::parse(outcome.out)["exit_status"], 1);
+}
+
+TEST_F(Inventory, WritesItsOutputWholeOrNotAtAll) {
+  WriteFile(folder_ / "old", "before");
+  fs::permissions(folder_ / "old", fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("old", folder_ / "link");
+  EXPECT_EQ(Run("--output link").status, 0);
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+  EXPECT_EQ(fs::status(folder_ / "old").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(Json::parse(ReadFile(folder_ / "old"))["exit_status"], 0);
+  EXPECT_EQ(Run("--root / --output new").status, 0);  // a path of where it was started
+  EXPECT_EQ(FilesLeft(), (std::vector<std::string>{"link", "new", "old"}));
+
+  const struct {
+    std::string arguments;
+    const char* message;
+  } failures[] = {
+      {"--output absent/file", "No such file or directory"},
+      {"--output /dev/full", "No space left on device"},
+      {"--log absent/file", "No such file or directory"},
+      {"--log /dev/full", "No space left on device"},
+      {">/dev/full", "No space left on device"},
+      {">&-", "Bad file descriptor"},
+  };
+  for (const auto& failure : failures) {
+    const Outcome outcome = Run(failure.arguments);
+    EXPECT_EQ(outcome.status, 3) << failure.arguments;
+    EXPECT_NE(outcome.err.find(failure.message), std::string::npos) << outcome.err;
+  }
+  EXPECT_EQ(
+      Shell(std::string("{ ") + kCommand + " --root " + kDemo + "; echo $? >&2; } | head -c 1").err,
+      "3\n");
+  EXPECT_EQ(FilesLeft(), (std::vector<std::string>{"link", "new", "old"}));
+}
+
+TEST_F(Inventory, LeavesNothingBehindWhenASignalEndsIt) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    // The tool says where it runs, in the shell and in a child of it; both have to go.
+    ReplaceTool("getconfig 1 al", "sleep 61 & echo $$ $! >running; wait");
+    WriteFile(folder_ / "result", "before");
+    const Outcome outcome = Shell(
+        // A shell starts background programs with SIGINT ignored, which a program is to respect.
+        std::string("env --default-signal=INT ") + kCommand +
+        " --output result & command=$!\n"
+        "while [ ! -s running ]; do sleep 0.05; done\n"
+        "kill -" +
+        std::to_string(number) +
+        " $command; wait $command; echo $?; sleep 0.2\n"
+        // Dead is also what nobody has reaped yet.
+        "for pid in $(cat running); do grep -q '^State:.[^ZX]' /proc/$pid/status && echo alive\n"
+        "done; rm running\n");
+    EXPECT_EQ(outcome.out, std::to_string(128 + number) + "\n") << outcome.err;
+    EXPECT_EQ(ReadFile(folder_ / "result"), "before");
+    EXPECT_EQ(FilesLeft(), std::vector<std::string>{"result"});
+  }
+}
+
+TEST_F(Inventory, ShowsProgressOnATerminalOnly) {
+  const std::string run = std::string(kCommand) + " --output result --root " + kDemo;
+  EXPECT_EQ(Shell(run).err, "");
+  const std::string seen = Shell("TERM=xterm script -qec '" + run + "' /dev/null").out;
+  EXPECT_NE(seen.find("run 83: ./kraid/kelvcmd getconfig 8 al"), std::string::npos) << seen;
+  EXPECT_TRUE(seen.ends_with("\r\x1b[K")) << seen;
+}
+
+TEST_F(Inventory, ShowsTheErrorOutputOfToolsOnRequest) {
+  const std::string root = std::string("--output result --root ") + kDemo;
+  const std::string shown = Run("--verbose " + root).err;
+  EXPECT_NE(shown.find("standard error of ./kraid/kelvcmd getevent 2 device:\n"), std::string::npos)
+      << shown;
+}
+
+TEST_F(Inventory, WorksFromWhereItIsInstalled) {
+  ASSERT_EQ(Shell("cmake --install " KRAID_BUILD_DIR " --prefix \"$PWD/there\" >&2").status, 0);
+  fs::rename(folder_ / "there", folder_ / "moved");
+  const Outcome outcome =
+      Shell(std::string("env -i ./moved/bin/kraid-inventory --root ") + kDemo + " " + kControllers);
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(Json::parse(outcome.out)["instances"].size(), 2U);
+}
+
+TEST_F(Inventory, TheSampleMachineHasItsManagerInUsr) {
+  const Outcome outcome = Shell(
+      KRAID_SOURCE_DIR
+      "/scripts/with-sample-machine.sh sh -c '"
+      "test -x /usr/KelvMgr/KelvMgr.sh && test -s /usr/KelvMgr/KelvEvtA.log && test -d /usr/bin'");
+  if (outcome.err.find("no private mounts") != std::string::npos) GTEST_SKIP() << outcome.err;
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_FALSE(fs::exists("/usr/KelvMgr"));
+}
+
+}  // namespace

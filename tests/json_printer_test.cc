@@ -1,0 +1,145 @@
+#include "inventory/json_printer.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "hmz/exception.h"
+#include "inventory/log_file.h"
+#include "inventory/tool_monitor.h"
+
+namespace {
+
+using NKVXHMZ20::TCIMDateTime;
+using NKVXHMZ20::TCIMReference;
+using NKVXHMZ20::TCIMValue;
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class Printing : public testing::Test {
+ protected:
+  Printing() {
+    std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+    folder_ = mkdtemp(pattern.data());
+  }
+  ~Printing() override { std::filesystem::remove_all(folder_); }
+
+  std::string Print(const Report& report) {
+    OutputFile output(folder_ / "report.json");
+    PrintJson(report, output);
+    output.Finish();
+    EXPECT_EQ(output.GetError(), "");
+    return ReadFile(folder_ / "report.json");
+  }
+
+  std::filesystem::path folder_;
+};
+
+TEST_F(Printing, WritesEveryKindOfValue) {
+  standin::Repository repository;
+  const TCIMReference path(nullptr, "KVXSG_X", {{"Z", TCIMValue("z")}, {"A", TCIMValue("\xff")}});
+  const auto instance = repository.GetClass("KVXSG_krRawData")->CreateInstance({});
+  const std::pair<const char*, TCIMValue> properties[] = {
+      {"Text", TCIMValue("line\n\"\\\x01")},
+      {"NotUtf8", TCIMValue("a\xff\xc3(\xe2\x82")},
+      {"Nul", TCIMValue(std::string("a\0b", 3))},
+      {"Uint16", TCIMValue(std::uint16_t{66})},
+      {"Uint32", TCIMValue(std::uint32_t{4294967295})},
+      {"Time", TCIMValue(TCIMDateTime(2005, 0, 5, 13, 2, 3, 0, -300))},
+      {"Null", TCIMValue()},
+      {"Array", {TCIMValue::TCIMType(TCIMValue::kString), 2, {TCIMValue("a"), TCIMValue("")}}},
+      {"Empty", {TCIMValue::TCIMType(TCIMValue::kUint32), 0, {}}},
+      {"Path", TCIMValue(path)},
+  };
+  for (const auto& [name, value] : properties) instance->SetPropertyValue(name, value, {});
+  instance->Commit({});
+  repository.GetOrDeclareClass("Other")->CreateInstance({})->Commit({});
+
+  EXPECT_EQ(Print({"host \"x\"", 1, {{"what", "why"}}, repository}),
+            R"({
+  "format_version": [1,0],
+  "generator": {"name":"kraid-inventory","version":")" KRAID_VERSION R"("},
+  "host": "host \"x\"",
+  "exit_status": 1,
+  "problems": [
+    {"what":"what","why":"why"}
+  ],
+  "instances": [
+    {
+      "class": "KVXSG_krRawData",
+      "properties": {
+        "Text": "line\n\"\\\u0001",
+        "NotUtf8": "a)"
+            "\xef\xbf\xbd\xef\xbf\xbd(\xef\xbf\xbd"
+            R"(",
+        "Nul": "a\u0000b",
+        "Uint16": 66,
+        "Uint32": 4294967295,
+        "Time": "20050005130203.000000-300",
+        "Null": null,
+        "Array": [
+          "a",
+          ""
+        ],
+        "Empty": [],
+        "Path": {
+          "class": "KVXSG_X",
+          "keys": {
+            "Z": "z",
+            "A": ")"
+            "\xef\xbf\xbd"
+            R"("
+          }
+        }
+      }
+    },
+    {
+      "class": "Other",
+      "properties": {}
+    }
+  ]
+}
+)");
+}
+
+TEST_F(Printing, OfNothingIsADocument) {
+  const standin::Repository repository;
+  const auto document = nlohmann::json::parse(Print({"h", 0, {}, repository}));
+  EXPECT_TRUE(document["problems"].empty() && document["problems"].is_array());
+  EXPECT_TRUE(document["instances"].empty() && document["instances"].is_array());
+}
+
+TEST_F(Printing, LogsOneLineForEachMessage) {
+  LogFile log(folder_ / "log");
+  log.Write(3, "first\\line\nsecond\ttab");
+  log.Write(-1, "");
+  EXPECT_EQ(ReadFile(folder_ / "log"), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
+  EXPECT_EQ(log.GetError(), "");
+}
+
+TEST(ToolMonitor, CountsTheFailuresOfEachToolByReason) {
+  standin::ProcessLimits limits;
+  limits.time = std::chrono::milliseconds(200);
+  limits.grace = std::chrono::milliseconds(200);
+  ToolMonitor tools(limits, false);
+  EXPECT_EQ(tools.Run("/bin/sh", {"-c", "echo fine; exit 7"}), "fine\n");
+  for (const char* script : {"kill -9 $$", "sleep 5", "kill -9 $$"}) {
+    EXPECT_THROW(tools.Run("/bin/sh", {"-c", script}), NKVXHMZ20::THMZException);
+  }
+  EXPECT_THROW(tools.Run("./absent", {"x"}), NKVXHMZ20::THMZException);
+  EXPECT_EQ(tools.GetLastRun(), "./absent x");
+  const std::vector<Problem> problems = tools.GetProblems();
+  ASSERT_EQ(problems.size(), 2U);
+  EXPECT_EQ(problems[0].what, "/bin/sh");
+  EXPECT_TRUE(problems[0].why.starts_with("3 of 4 runs failed: was ended by signal 9"))
+      << problems[0].why;
+  EXPECT_NE(problems[0].why.find(" (2); was stopped after"), std::string::npos) << problems[0].why;
+  EXPECT_EQ(problems[1].why, "1 of 1 runs failed: cannot be started: No such file or directory");
+}
+
+}  // namespace

@@ -1,0 +1,150 @@
+#include "model/kraid_controller.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(ParseControllerData, CutsTheValueOfTheFirstPlaceWithTheLabel) {
+  const struct {
+    const char* text;
+    const char* value;
+  } cases[] = {
+      {"   Key : Xyz-6M\nother\n", "Xyz-6M\n"},
+      {"Key :Xyz\n", "yz\n"},  // one character is skipped, whatever it is
+      {"Key :  two\n", " two\n"},
+      {"Key : \n", "\n"},
+      {"Key :\nnext : 1\n", ""},  // the skipped character is the newline itself
+      {"Key : rest", "rest"},
+      {"Key : ", ""},
+      {"Key :x", ""},
+      {"Key :", ""},
+      {"Key without\n", ""},
+      {"Key\nLater : 5\n", "5\n"},  // the colon may stand on a later line
+      {"a: 1\nKey : first\nKey : second\n", "first\n"},
+      {"Keyboard : 3\nKey : 4\n", "3\n"},  // labels are parts of words, too
+      {"key : 1\n", ""},
+      {"Time Key : 10:20:30\r\n", "10:20:30\r\n"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(KRaidController::ParseControllerData("Key", c.text), c.value) << c.text;
+  }
+}
+
+// Every label on a line of its own, each with a value that no other line has.
+constexpr char kConfig[] =
+    "Controller information\n"
+    "   Controller type                 : v1\n"
+    "   Controller FRU                  : v2\n"
+    "   Serial number                   : v3\n"
+    "   Part number                     : v4\n"
+    "   Actual BIOS version             : v5\n"
+    "   Firmware version                : v6\n"
+    "   Boot block version              : v7\n"
+    "   Device driver version           : v8\n"
+    "   Cluster solution version        : v9\n"
+    "   Controller slot information     : v10\n"
+    "   Controller name                 : v11\n"
+    "   SCSI channel description        : v12\n"
+    "   Initiator IDs (Channel/SCSI IDs): v13\n"
+    "   Maximum physical devices        : v14\n"
+    "   Defunct disk drive count        : v15\n"
+    "   Logical drives/Offline/Critical : v16\n"
+    "   Readahead cache setting         : v17\n"
+    "   Stripe-unit size                : v18\n"
+    "   Rebuild rate (Low/Medium/High)  : v19\n"
+    "   Hot-swap rebuild                : v20\n"
+    "   Data scrubbing                  : v21\n"
+    "   Hot-spare copy back             : v22\n"
+    "   Part of cluster (Yes/No)        : v23\n"
+    "   Unattended mode (Yes/No)        : v24\n"
+    "   Concurrent commands supported   : v25\n"
+    "   Configuration update count      : v26\n"
+    "   Serial number                   : of a device further down\n";
+
+TEST(KRaidController, ReadsItsConfiguration) {
+  KRaidController controller(nullptr);
+  EXPECT_FALSE(controller.GetControllerFound());
+  controller.SetConfigData(kConfig, 12);
+  EXPECT_TRUE(controller.GetControllerFound());
+  EXPECT_EQ(controller.GetControllerNum(), "12");
+  EXPECT_EQ(controller.GetControllerDeviceID(), "KelvaRAID12");
+  using K = KRaidController;
+  std::string (K::*const getters[])() const = {&K::GetControllerType,
+                                               &K::GetControllerFRU,
+                                               &K::GetcontrollerSerialNumber,
+                                               &K::GetControllerPartNumber,
+                                               &K::GetControllerActualBiosVersion,
+                                               &K::GetControllerFirmwareVersion,
+                                               &K::GetControllerBootBlockVersion,
+                                               &K::GetControllerDeviceDriverVersion,
+                                               &K::GetClusterSolutionVersion,
+                                               &K::GetControllerSlotInformation,
+                                               &K::GetControllerName,
+                                               &K::GetControllerSCSIChannelDescription,
+                                               &K::GetControllerInitiatorsIDs,
+                                               &K::GetControllerMaximumPhysicalDevices,
+                                               &K::GetControllerDefuncDiskDriveCount,
+                                               &K::GetControllerLogicalDrives,
+                                               &K::GetControllerReadaheadCacheSetting,
+                                               &K::GetControllerStripeUnitSize,
+                                               &K::GetControllerRebuildRate,
+                                               &K::GetControllerHotSwapRebuild,
+                                               &K::GetControllerDataScrubbing,
+                                               &K::GetHotSpareCopyBack,
+                                               &K::GetControllerPartOfCluster,
+                                               &K::GetControllerUnattendedMode,
+                                               &K::GetControllerConcurrentCommandsSupported,
+                                               &K::GetControllerConfigurationUpdateCount};
+  int row = 0;
+  for (const auto getter : getters) {
+    EXPECT_EQ((controller.*getter)(), "v" + std::to_string(++row) + "\n");
+  }
+  EXPECT_EQ(controller.GetControllerStatus(), "");  // kelvcmd has no such line
+}
+
+TEST(KRaidController, IsNotFoundWithoutItsSection) {
+  KRaidController controller(nullptr);
+  controller.SetConfigData("Controller type : X\n", 3);
+  EXPECT_FALSE(controller.GetControllerFound());
+  EXPECT_EQ(controller.GetControllerNum(), "3");
+  EXPECT_EQ(controller.GetControllerType() + controller.GetControllerDeviceID(), "");
+}
+
+TEST(KRaidController, ReadsItsStatus) {
+  CollectedData cursor(nullptr,
+                       "Command: getstatus\n"
+                       "   Current/most recent operation : Rebuild\n"
+                       "   Logical drive                 : 2\n"
+                       "   Background operation active   : Yes\n"
+                       "   Status                        : Running\n"
+                       "   Logical drive size (in stripes): 4000\n"
+                       "   Number of remaining stripes   : 100\n");
+  cursor.FindLine("Number of");  // where it stands does not matter
+  KRaidController controller(nullptr);
+  controller.AddStatusData(&cursor);
+  EXPECT_EQ(controller.GetControllerCurrentMostRecentOperation(), " Rebuild\n");
+  EXPECT_EQ(controller.GetControllerLogicalDrive(), " 2\n");
+  EXPECT_EQ(controller.GetControllerBackgroundOperationActive(), " Yes\n");
+  EXPECT_EQ(controller.GetControllerLastCommandStatus(), " Running\n");
+  EXPECT_EQ(controller.GetControllerLogicalDriveSizeInStripes(), " 4000\n");
+  EXPECT_EQ(controller.GetControllerNumberOfRemainingStripes(), " 100\n");
+
+  CollectedData idle(nullptr, "No operation. Status: idle\n");
+  controller.AddStatusData(&idle);
+  EXPECT_EQ(controller.GetControllerLogicalDrive(), "");
+  EXPECT_EQ(controller.GetControllerLastCommandStatus(), " idle\n");
+}
+
+TEST(KRaidController, DisplaysWhatItStores) {
+  KRaidController controller(nullptr);
+  controller.SetConfigData(kConfig, 1);
+  testing::internal::CaptureStdout();
+  controller.DisplayAll();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "Controller number = [1]\nController type = [v1\n]\nController FRU = [v2\n]\n"
+            "Serial number = [v3\n]\nPart number = [v4\n]\nActual BIOS version = [v5\n]\n"
+            "Firmware version = [v6\n]\nBoot block version = [v7\n]\n"
+            "Device driver version = [v8\n]\n");
+}
+
+}  // namespace
