@@ -1,0 +1,52 @@
+# Sourced by demo.sh and test.sh: installs what the named purposes need and is not there yet.
+#
+#   need PURPOSE...      build, test, check
+#
+# On Debian and its relatives through apt-get (with sudo when not root); elsewhere it says what is
+# needed and ends, unless the programs that it looks for are there already.
+
+packages_build="g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev"
+packages_test="libgtest-dev"
+packages_check="clang-format-14 clang-tidy-14 libbenchmark-dev"
+
+need() {
+  wanted=""
+  for purpose in "$@"; do
+    eval "wanted=\"\$wanted \$packages_$purpose\""
+  done
+  if ! command -v dpkg-query >/dev/null 2>&1 || ! command -v apt-get >/dev/null 2>&1; then
+    command -v cmake >/dev/null 2>&1 && command -v ninja >/dev/null 2>&1 && return 0
+    echo "This is no Debian system: please install what these packages hold:$wanted" >&2
+    exit 1
+  fi
+  missing=""
+  for package in $wanted; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing="$missing $package"
+  done
+  [ -n "$missing" ] || return 0
+  as_root=""
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null 2>&1; then
+      echo "These packages are missing, and neither root nor sudo is there:$missing" >&2
+      exit 1
+    fi
+    as_root=sudo
+  fi
+  echo "Installing:$missing" >&2
+  # shellcheck disable=SC2086  # the list is meant to be split
+  {
+    $as_root apt-get update -qq
+    $as_root env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y -qq --no-install-recommends $missing
+  } >&2
+}
+
+# build PRESET [CMAKE_OPTION...]: configures where that has not happened yet, and builds. What it
+# prints goes to standard error: standard output is for the results.
+build() {
+  preset=$1
+  shift
+  cmake --preset "$preset" --log-level=NOTICE "$@" >&2
+  cmake --build --preset "$preset" >&2
+}
