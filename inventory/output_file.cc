@@ -96,7 +96,7 @@ void OutputFile::OpenTemporary() {
     return Fail();
   }
   const SignalsBlocked blocked;
-  std::strcpy(unfinished_file, name.c_str());
+  std::memcpy(unfinished_file, name.c_str(), name.size() + 1);
   const int descriptor = mkostemp(unfinished_file, O_CLOEXEC);
   if (descriptor < 0) {
     Fail();

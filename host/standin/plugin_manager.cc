@@ -10,7 +10,7 @@
 
 namespace NKVXHMZ20 {
 
-const char* const fdrPluginInterfaceVersion = "1.0";
+const char* const fdrPluginInterfaceVersion = "1.0";  // NOLINT(readability-identifier-naming)
 
 class TPluginManagerProvider {};
 

@@ -9,7 +9,7 @@
 namespace standin {
 
 /// Makes `plugin_manager` what TRootObject::GetPluginManager answers.
-HMZ_API void SetPluginManager(boost::shared_ptr<NKVXHMZ20::ICIMNamespace> plugin_manager);
+HMZ_API void SetPluginManager(const boost::shared_ptr<NKVXHMZ20::ICIMNamespace>& plugin_manager);
 
 }  // namespace standin
 

@@ -30,7 +30,7 @@ boost::shared_ptr<ICIMNamespace> TRootObject::GetPluginManager() { return Plugin
 
 namespace standin {
 
-void SetPluginManager(boost::shared_ptr<NKVXHMZ20::ICIMNamespace> plugin_manager) {
+void SetPluginManager(const boost::shared_ptr<NKVXHMZ20::ICIMNamespace>& plugin_manager) {
   PluginManagerSlot() = plugin_manager;
 }
 

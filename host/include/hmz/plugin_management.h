@@ -11,6 +11,7 @@
 namespace NKVXHMZ20 {
 
 /// The text of the plug-in interface's version, "1.0".
+// NOLINTNEXTLINE(readability-identifier-naming): the name is the host's.
 extern HMZ_API const char* const fdrPluginInterfaceVersion;
 
 /// The host's side of a registered plug-in. Only the host looks inside.
