@@ -5,9 +5,8 @@
 extern "C" HMZ_API void KRPluginInit();
 
 extern "C" void KRPluginInit() {
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the host's from its registration on.
-  new TKraidCallbacks;
-}
+  new TKraidCallbacks;  // the host's from its registration on
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): see above
 
 namespace {
 
