@@ -2,10 +2,14 @@
 
 #include <utility>
 
-#include "collect/owned.h"
 #include "collect/tool_run.h"
 #include "hmz/exception.h"
+#include "model/array_stripe_order.h"
 #include "model/collected_data.h"
+#include "model/kraid_logical_device.h"
+#include "model/kraid_physical_device.h"
+#include "model/owned.h"
+#include "model/text.h"
 
 namespace {
 
@@ -28,9 +32,8 @@ constexpr Command kGetSubStat = {"getsubstat", "device"};
 constexpr Command kCommands[] = {kGetConfig,   kGetStatus,    kGetBst,       kGetEvent,
                                  kGetEventDdd, kGetEventSoft, kGetEventHard, kGetSubStat};
 
-bool Contains(const std::string& line, const char* words) {
-  return line.find(words) != std::string::npos;
-}
+constexpr char kEndMarker[] = "Command completed successfully";
+constexpr char kStripeOrderLabel[] = " stripe order (Channel/SCSI ID)";
 
 }  // namespace
 
@@ -40,6 +43,8 @@ std::string KelvcmdData::GetDataFromTextFile(const std::string& command, const s
 }
 
 void KelvcmdData::InitData(int controller_offset) {
+  logical_drive_num_.clear();
+  channel_num_.clear();
   CaptureOutputs();
   // A second run of the tool for each command: the captured texts are for publishing only.
   for (int number = kFirstController; number <= kLastController; ++number) {
@@ -71,11 +76,13 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
   found->SetConfigData(config, number + controller_offset);
   if (!found->GetControllerFound()) return Next::kController;
 
+  if (!cursor.FindLine("Logical drive information").empty()) ParseLogicalDrives(cursor, *found);
+  if (!cursor.FindLine(kStripeOrderLabel).empty()) ParseStripeOrders(cursor, *found);
+
   // A controller whose output has no device section is never published; its logs are read all
   // the same.
   if (!cursor.FindLine("Physical device information").empty()) {
-    while (!Contains(cursor.GetNextLine(), "Command completed successfully")) {
-    }
+    ParsePhysicalDevices(cursor, *found);
     const std::string status = run(kGetStatus);
     if (!status.empty()) {
       CollectedData status_cursor(provider_, status);
@@ -90,6 +97,50 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
   }
   ParseEvents(number);
   return Next::kController;
+}
+
+void KelvcmdData::ParseLogicalDrives(CollectedData& cursor, KRaidController& controller) {
+  static constexpr std::string_view kNumberLabel = "Logical drive number ";
+  cursor.GetNextLine();
+  std::string line = cursor.GetNextLine();
+  do {
+    if (const auto label = line.find(kNumberLabel); label != std::string::npos) {
+      // The number stops one character short of the line's end, on purpose: a line that ends in a
+      // blank or a carriage return gives the number whole, any other loses its last digit.
+      const auto length = static_cast<std::ptrdiff_t>(line.find('\n', label) - label) - 22;
+      logical_drive_num_ = Cut(line, label + kNumberLabel.size(), length);
+    }
+    auto drive = std::make_unique<KRaidLogicalDevice>(provider_);
+    drive->SetConfigData(&cursor, logical_drive_num_, controller.GetControllerNum());
+    controller.AddLogicalDevice(std::move(drive));
+    line = cursor.GetNextLine();
+  } while (Contains(line, "Logical drive number"));
+}
+
+void KelvcmdData::ParseStripeOrders(CollectedData& cursor, KRaidController& controller) {
+  do {
+    auto order = std::make_unique<ArrayStripeOrder>(provider_);
+    order->SetConfigData(&cursor, controller.GetControllerNum());
+    controller.AddArrayStripeOrder(std::move(order));
+  } while (Contains(cursor.GetNextLine(), kStripeOrderLabel));
+}
+
+void KelvcmdData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller) {
+  cursor.GetNextLine();
+  std::string line = cursor.GetNextLine();
+  do {
+    if (const auto mark = line.find('#'); mark != std::string::npos) {
+      channel_num_ = line.substr(mark + 1, line.find(':', mark) - mark - 1);
+    }
+    cursor.GetNextLine();
+    line = cursor.GetNextLine();
+    while (Contains(line, "Target")) {
+      auto device = std::make_unique<KRaidPhysicalDevice>(provider_);
+      device->SetConfigData(&cursor, controller.GetControllerNum(), channel_num_);
+      controller.AddPhysicalDevice(std::move(device));
+      line = cursor.GetNextLine();
+    }
+  } while (!Contains(line, kEndMarker));
 }
 
 void KelvcmdData::ParseEvents(int number) {

@@ -41,11 +41,17 @@ class KelvcmdData {
 
   void CaptureOutputs();
   Next ParseController(int number, int controller_offset);
+  void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
+  void ParseStripeOrders(CollectedData& cursor, KRaidController& controller);
+  void ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller);
   void ParseEvents(int number);
 
   NKVXHMZ20::TPluginManagerProvider* provider_;
   std::vector<std::unique_ptr<KRaidController>> controllers_;
   std::vector<std::unique_ptr<KRaidRawData>> raw_data_;
+  // Taken from the latest heading that had one; they live on through all controllers of a call.
+  std::string logical_drive_num_;
+  std::string channel_num_;
 };
 
 #endif  // COLLECT_KELVCMD_DATA_H_

@@ -1,9 +1,16 @@
 #include "model/kraid_controller.h"
 
+#include <utility>
+
+#include "model/array_stripe_order.h"
 #include "model/display.h"
+#include "model/kraid_logical_device.h"
+#include "model/kraid_physical_device.h"
 #include "model/label_row.h"
 
 KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
+
+KRaidController::~KRaidController() = default;
 
 std::string KRaidController::ParseControllerData(std::string_view label, std::string_view text) {
   const auto found = text.find(label);
@@ -51,7 +58,9 @@ void KRaidController::SetConfigData(const std::string& config_text, int controll
   controller_num_ = std::to_string(controller_num);
   if (config_text.find("Controller information") == std::string::npos) return;
   // Each label is looked for in the whole output, not in its section: the first place wins.
-  for (const auto& [label, field] : kRows) this->*field = ParseControllerData(label, config_text);
+  for (const LabelRow<K>& row : kRows) {
+    this->*row.field = ParseControllerData(row.label, config_text);
+  }
   controller_found_ = true;
   controller_device_id_ = "KelvaRAID" + controller_num_;
 }
@@ -68,7 +77,19 @@ void KRaidController::AddStatusData(CollectedData* cursor) {
       {"Logical drive size (in stripes)", &K::controller_logical_drive_size_in_stripes_},
       {"Number of remaining stripes", &K::controller_number_of_remaining_stripes_},
   };
-  for (const auto& [label, field] : kRows) this->*field = cursor->FindParseLine(label);
+  for (const LabelRow<K>& row : kRows) this->*row.field = cursor->FindParseLine(row.label);
+}
+
+void KRaidController::AddLogicalDevice(std::unique_ptr<KRaidLogicalDevice> record) {
+  logical_devices_.push_back(std::move(record));
+}
+
+void KRaidController::AddPhysicalDevice(std::unique_ptr<KRaidPhysicalDevice> record) {
+  physical_devices_.push_back(std::move(record));
+}
+
+void KRaidController::AddArrayStripeOrder(std::unique_ptr<ArrayStripeOrder> record) {
+  array_stripe_orders_.push_back(std::move(record));
 }
 
 void KRaidController::DisplayAll() const {

@@ -1,20 +1,28 @@
 #ifndef MODEL_KRAID_CONTROLLER_H_
 #define MODEL_KRAID_CONTROLLER_H_
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/owned.h"
 
-/// One RAID controller: the root of the model.
+class ArrayStripeOrder;
+class KRaidLogicalDevice;
+class KRaidPhysicalDevice;
+
+/// One RAID controller: the root of the model. It owns its child records, which are kept in the
+/// order in which they were added.
 ///
 /// Values are text as the tool printed it behind the colon, the closing "\n" included, and empty
 /// when the tool did not print their label. Nothing is trimmed.
 class KRaidController {
  public:
   explicit KRaidController(NKVXHMZ20::TPluginManagerProvider* provider);
-  virtual ~KRaidController() = default;
+  virtual ~KRaidController();
   KRaidController(const KRaidController&) = delete;
   KRaidController& operator=(const KRaidController&) = delete;
 
@@ -100,10 +108,27 @@ class KRaidController {
   std::string GetControllerDeviceID() const { return controller_device_id_; }
   std::string GetClusterSolutionVersion() const { return cluster_solution_version_; }
 
+  void AddLogicalDevice(std::unique_ptr<KRaidLogicalDevice> record);
+  void AddPhysicalDevice(std::unique_ptr<KRaidPhysicalDevice> record);
+  void AddArrayStripeOrder(std::unique_ptr<ArrayStripeOrder> record);
+
+  std::vector<KRaidLogicalDevice*> GetLogicalDevices() const {
+    return PointersTo(logical_devices_);
+  }
+  std::vector<KRaidPhysicalDevice*> GetPhysicalDevices() const {
+    return PointersTo(physical_devices_);
+  }
+  std::vector<ArrayStripeOrder*> GetArrayStripeOrder() const {
+    return PointersTo(array_stripe_orders_);
+  }
+
   /// Writes the identity and version fields to standard output.
   void DisplayAll() const;
 
  private:
+  std::vector<std::unique_ptr<KRaidLogicalDevice>> logical_devices_;
+  std::vector<std::unique_ptr<KRaidPhysicalDevice>> physical_devices_;
+  std::vector<std::unique_ptr<ArrayStripeOrder>> array_stripe_orders_;
   std::string controller_num_;
   std::string controller_type_;
   std::string controller_status_;

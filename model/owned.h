@@ -1,5 +1,5 @@
-#ifndef COLLECT_OWNED_H_
-#define COLLECT_OWNED_H_
+#ifndef MODEL_OWNED_H_
+#define MODEL_OWNED_H_
 
 #include <memory>
 #include <vector>
@@ -13,4 +13,4 @@ std::vector<T*> PointersTo(const std::vector<std::unique_ptr<T>>& owned) {
   return pointers;
 }
 
-#endif  // COLLECT_OWNED_H_
+#endif  // MODEL_OWNED_H_

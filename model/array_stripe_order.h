@@ -1,0 +1,41 @@
+#ifndef MODEL_ARRAY_STRIPE_ORDER_H_
+#define MODEL_ARRAY_STRIPE_ORDER_H_
+
+#include <string>
+
+#include "hmz/plugin_management.h"
+#include "model/collected_data.h"
+
+/// The order in which the member drives of one array are striped.
+class ArrayStripeOrder {
+ public:
+  explicit ArrayStripeOrder(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
+  virtual ~ArrayStripeOrder() = default;
+  ArrayStripeOrder(const ArrayStripeOrder&) = delete;
+  ArrayStripeOrder& operator=(const ArrayStripeOrder&) = delete;
+
+  virtual void InitData() {}
+
+  /// Reads the array's line in kelvcmd's "getconfig", on which the cursor stands, and the one line
+  /// behind it when that continues the list; the cursor is then on it.
+  /// Throws std::out_of_range when no line follows.
+  void SetConfigData(CollectedData* cursor, const std::string& controller_num);
+
+  std::string GetControllerNum() const { return controller_num_; }
+  /// The key of the array, for example "KelvaRAID1ArrayA".
+  std::string GetCollectionID() const { return collection_id_; }
+  /// The array's letter.
+  std::string GetArrayData() const { return array_data_; }
+  /// The members as printed, untrimmed.
+  std::string GetStripeOrder() const { return stripe_order_; }
+
+  void DisplayAll() const;
+
+ private:
+  std::string controller_num_;
+  std::string collection_id_;
+  std::string array_data_;
+  std::string stripe_order_;
+};
+
+#endif  // MODEL_ARRAY_STRIPE_ORDER_H_
