@@ -1,14 +1,17 @@
 #ifndef PLUGIN_PUBLISH_H_
 #define PLUGIN_PUBLISH_H_
 
+#include <algorithm>
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
+#include <vector>
 
+#include "collect/kraid_collect_data.h"
 #include "hmz/cim_object_model.h"
 #include "hmz/cim_value.h"
-
-class KraidCollectData;
+#include "model/kraid_controller.h"
 
 /// What the publishing of one requested class works with.
 struct PublishContext {
@@ -25,11 +28,62 @@ struct PropertyRow {
   NKVXHMZ20::TCIMValue (*value)(const Source&);
 };
 
-/// The value of a row that publishes what a getter returns, as it is.
+/// A record together with the controller that it belongs to: the source of most classes.
+template <class Record>
+struct Part {
+  const KRaidController& controller;
+  const Record& record;
+};
+
+// What a row's value may come from. Texts are published as they are.
+
+/// What a getter of the source returns.
 template <auto Getter, class Source>
 NKVXHMZ20::TCIMValue Value(const Source& source) {
   return NKVXHMZ20::TCIMValue((source.*Getter)());
 }
+
+/// What a getter of the record returns.
+template <auto Getter, class Record>
+NKVXHMZ20::TCIMValue OfRecord(const Part<Record>& part) {
+  return NKVXHMZ20::TCIMValue((part.record.*Getter)());
+}
+
+/// The number of the record's controller, asked of the controller.
+template <class Record>
+NKVXHMZ20::TCIMValue OwnersNumber(const Part<Record>& part) {
+  return part.controller.GetControllerNum();
+}
+
+/// A text that can be the argument of a template.
+template <std::size_t kSize>
+struct FixedText {
+  // NOLINTNEXTLINE(google-explicit-constructor): a literal is to become one
+  constexpr FixedText(const char (&literal)[kSize]) { std::copy_n(literal, kSize, text); }
+  char text[kSize];
+};
+
+/// Always the same text.
+template <FixedText kText, class Source>
+NKVXHMZ20::TCIMValue Fixed(const Source& /*source*/) {
+  return kText.text;
+}
+
+/// The class of the computer system that all devices name as theirs; it is not published itself.
+template <class Source>
+NKVXHMZ20::TCIMValue SystemClass(const Source& /*source*/) {
+  return "KVXSG_ComputerSystem";
+}
+
+/// The name of this machine.
+NKVXHMZ20::TCIMValue MachineName();
+template <class Source>
+NKVXHMZ20::TCIMValue SystemName(const Source& /*source*/) {
+  return MachineName();
+}
+
+/// An array of strings.
+NKVXHMZ20::TCIMValue StringArray(std::initializer_list<std::string> texts);
 
 /// Creates, fills and commits one instance of the class.
 template <class Source, std::size_t kCount>
@@ -40,6 +94,18 @@ void PublishInstance(NKVXHMZ20::ICIMClass& cim_class, const PropertyRow<Source> 
     instance->SetPropertyValue(row.name, row.value(source), {});
   }
   instance->Commit({});
+}
+
+/// One instance for each record of each controller; `records` is the controller's getter.
+template <class Record, std::size_t kCount>
+void PublishParts(const PublishContext& context,
+                  std::vector<Record*> (KRaidController::*records)() const,
+                  const PropertyRow<Part<Record>> (&rows)[kCount]) {
+  for (const KRaidController* controller : context.collector.GetControllers()) {
+    for (const Record* record : (controller->*records)()) {
+      PublishInstance(*context.cim_class, rows, Part<Record>{*controller, *record});
+    }
+  }
 }
 
 /// Logs a message of the publishing code: the text, then the place.

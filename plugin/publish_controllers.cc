@@ -1,6 +1,5 @@
-#include "collect/kraid_collect_data.h"
 #include "hmz/exception.h"
-#include "hmz/os_specific.h"
+#include "plugin/identifiers.h"
 #include "plugin/publishers.h"
 
 namespace {
@@ -8,18 +7,19 @@ namespace {
 using NKVXHMZ20::TCIMValue;
 using K = KRaidController;
 
+TCIMValue DeviceId(const K& controller) { return ControllerIdentifier(controller); }
+
 TCIMValue OtherIdentifyingInfo(const K& controller) {
-  const TCIMValue::Array elements = {controller.GetControllerType(),
-                                     " Controller:" + controller.GetControllerNum()};
-  return {TCIMValue::TCIMType(TCIMValue::kString), elements.size(), elements};
+  return StringArray(
+      {controller.GetControllerType(), " Controller:" + controller.GetControllerNum()});
 }
 
 constexpr PropertyRow<K> kRows[] = {
-    {"SystemCreationClassName", [](const K&) { return TCIMValue("KVXSG_ComputerSystem"); }},
+    {"SystemCreationClassName", SystemClass},
     // The lower-case n is how the class spells this property.
-    {"CreationClassname", [](const K&) { return TCIMValue("KVXSG_krSCSIProtocolController"); }},
-    {"SystemName", [](const K&) { return TCIMValue(NKVXHMZ20::TOSSpecific::GetMachineName()); }},
-    {"DeviceID", [](const K& k) { return TCIMValue("KelvaRAID" + k.GetControllerNum()); }},
+    {"CreationClassname", Fixed<"KVXSG_krSCSIProtocolController">},
+    {"SystemName", SystemName},
+    {"DeviceID", DeviceId},
     {"OtherIdentifyingInfo", OtherIdentifyingInfo},
     {"ControllerNum", Value<&K::GetControllerNum>},
     {"ControllerType", Value<&K::GetControllerType>},

@@ -1,4 +1,3 @@
-#include "collect/kraid_collect_data.h"
 #include "plugin/publishers.h"
 
 namespace {

@@ -7,5 +7,22 @@
 
 void PublishRawData(const PublishContext& context);
 void PublishControllers(const PublishContext& context);
+void PublishLogicalDisks(const PublishContext& context);
+void PublishDiskGroups(const PublishContext& context);
+void PublishDiskDrives(const PublishContext& context);
+void PublishFirmwareVersions(const PublishContext& context);
+void PublishBootBlockVersions(const PublishContext& context);
+void PublishDiskDriveVersions(const PublishContext& context);
+void PublishBiosVersions(const PublishContext& context);
+
+// Associations: their ends are what has been committed before.
+
+void PublishControllerForUnit(const PublishContext& context);
+void PublishControllerForPhysicalDisk(const PublishContext& context);
+void PublishStripeOrderForController(const PublishContext& context);
+void PublishFirmwareOnController(const PublishContext& context);
+void PublishBootBlockOnController(const PublishContext& context);
+void PublishFirmwareOnDiskDrive(const PublishContext& context);
+void PublishBiosOnController(const PublishContext& context);
 
 #endif  // PLUGIN_PUBLISHERS_H_

@@ -1,0 +1,31 @@
+#ifndef PLUGIN_IDENTIFIERS_H_
+#define PLUGIN_IDENTIFIERS_H_
+
+#include <string>
+
+class KRaidController;
+class KRaidLogicalDevice;
+class KRaidPhysicalDevice;
+
+// The identifiers that are put together for publishing. Associations find their ends by them, so
+// each is made in one place only. The pieces go in as they are, every byte of them.
+
+/// "KelvaRAID1"
+std::string ControllerIdentifier(const KRaidController& controller);
+
+/// "KelvaRAID1LD0"
+std::string LogicalDiskIdentifier(const KRaidController& controller,
+                                  const KRaidLogicalDevice& drive);
+
+/// "C1 CH2 I05:" and the device's own identification. Channel and SCSI ID are numbers here, the
+/// SCSI ID in at least two digits.
+std::string DeviceIdentifier(const KRaidController& controller, const KRaidPhysicalDevice& device);
+
+/// "1-C1 CH2 I05:" and so on: the device's firmware.
+std::string DeviceFirmwareIdentifier(const KRaidController& controller,
+                                     const KRaidPhysicalDevice& device);
+
+/// "KelvaRAID1 BIOS"
+std::string BiosName(const KRaidController& controller);
+
+#endif  // PLUGIN_IDENTIFIERS_H_
