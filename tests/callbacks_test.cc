@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
 
@@ -82,7 +83,7 @@ class Publishing : public testing::Test {
   Publishing() {
     host_.outputs["./kraid/kelvcmd getconfig 2 al"] =
         "Controller information\nController type : X \nController FRU : F\n"
-        "Physical device information\nCommand completed successfully\n";
+        "Physical device information\nrule\nChannel #1:\nrule\nCommand completed successfully\n";
     host_.outputs["./kraid/kelvcmd getbst 1 device"] = "no newline";
   }
 
@@ -131,6 +132,47 @@ TEST_F(Publishing, SetsTheControllersPropertiesInTheirOrder) {
             "ControllerBatteryFRU BatteryTimeRemaining commit ");
 }
 
+TEST_F(Publishing, SetsThePropertiesOfPartsInTheirOrder) {
+  host_.outputs["./kraid/kelvcmd getconfig 2 al"] =
+      "Controller information\n"
+      "Logical drive information\nrule\nLogical drive number 7 \nStatus of logical drive : 1\n"
+      "Additional information : 2\nRAID level : 3\nSize (in MB) : 4\nWrite cache status : 5\n"
+      "Number of chunks : 6\nStripe-unit size : 7\nAccess blocked : 8\nPart of array : 9\n"
+      "Part of merge group : 10\n"
+      "Array A stripe order (Channel/SCSI ID) : 11\n"
+      "Physical device information\nrule\nChannel #1:\nrule\nTarget\nDevice is a Hard disk\n"
+      "SCSI ID : 12\nPFA (Yes/No) : 13\nState : 14\nSize (in MB)/(in sectors) : 15\n"
+      "Device ID :0123456789abcdefghijklmnopqrst\nFRU part number : 16\n"
+      "Command completed successfully\n";
+  const struct {
+    const char* class_name;
+    const char* settings;  // without line ends
+  } cases[] = {
+      {"KVXSG_krLogicalDisk",
+       "create= DeviceID=KelvaRAID2LD7 SystemCreationClassName=KVXSG_ComputerSystem "
+       "CreationClassname=KVXSG_krLogicalDisk SystemName=testhost AccessBlocked= 8 "
+       "ControllerNum=2 LogicalDriveNum=7 LogicalDriveStatus= 1 NumOfChunks= 6 PartOfArray= 9 "
+       "PartOfMergeGroup= 10 RaidLevel= 3 Size= 4 StripeUnitSize= 7 WriteCacheStatus= 5 "
+       "WriteCacheSetting= NumOfChunks= 6 LogicalDriveName= ReadCacheStatus= DriveList= commit= "},
+      {"KVXSG_krDiskGroup",
+       "create= CollectionID=KelvaRAID2ArrayA Array=A ControllerNum=2 StripeOrder= 11 commit= "},
+      {"KVXSG_krDiskDrive",
+       "create= OtherIdentifyingInfo={ Hard disk, Channel:1|SCSI ID: 12} "
+       "DeviceID=C2 CH1 I12:0123456789abcdefghijklmnopqrst "
+       "SystemCreationClassName=KVXSG_ComputerSystem CreationClassname=KVXSG_krDiskDrive "
+       "SystemName=testhost ControllerNum=2 Channel=1 ScsiId= 12 DeviceType= Hard disk PFA= 13 "
+       "State= 14 Size= 15 DeviceCode=0123456789abcdef DeviceSerialNum=klmnopqr FRU= 16 "
+       "Firmware=hijk Vendor= Model= Enclosure= TransferSpeed= ReportedChannel= WorldWideName= "
+       "WriteCache= commit= "},
+  };
+  for (const auto& c : cases) {
+    std::string settings;
+    for (const auto& [name, value] : CallsOf(c.class_name)) settings += name + "=" + value + " ";
+    settings.erase(std::remove(settings.begin(), settings.end(), '\n'), settings.end());
+    EXPECT_EQ(settings, c.settings);
+  }
+}
+
 TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
   KraidCollectData collector(nullptr);
   collector.InitData();
@@ -140,7 +182,7 @@ TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
   const auto& first = *repository.GetCommitted()[0];
   EXPECT_EQ(first.Find("Command")->ToString(), "./kraid/kelvcmd getbst 1 device");
   EXPECT_TRUE(first.Find("RawResults")->IsNull());
-  EXPECT_EQ(repository.GetCommitted()[1]->Find("RawResults")->GetArray().size(), 5U);
+  EXPECT_EQ(repository.GetCommitted()[1]->Find("RawResults")->GetArray().size(), 8U);
 }
 
 TEST_F(Publishing, LogsThatThereAreNoRawOutputs) {

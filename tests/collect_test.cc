@@ -5,15 +5,14 @@
 #include "collect/kelvcmd_data.h"
 #include "collect/kraid_collect_data.h"
 #include "collect/kraid_raw_data.h"
+#include "model/array_stripe_order.h"
+#include "model/kraid_logical_device.h"
+#include "model/kraid_physical_device.h"
 #include "tests/fake_host.h"
 
 namespace {
 
 using Texts = std::vector<std::string>;
-
-constexpr char kConfig[] =
-    "Controller information\nController type : X\nPhysical device information\n"
-    "Command completed successfully\n";
 
 std::string Command(const char* arguments) { return std::string("./kraid/kelvcmd ") + arguments; }
 
@@ -67,7 +66,7 @@ TEST(KelvcmdData, WithoutTheToolEveryRunIsLoggedAndNothingIsKept) {
 
 TEST(KelvcmdData, KeepsEveryOutputUnderTheNumberOfTheTool) {
   FakeHost host;
-  host.outputs[Command("getconfig 2 al")] = kConfig;
+  host.outputs[Command("getconfig 2 al")] = kMinimalConfig;
   host.outputs[Command("getevent 2 soft")] = "text without a newline";
   host.outputs[Command("getbst 5 device")] = "no such controller\n";
   host.outputs[Command("getsubstat 2 device")] = "";
@@ -84,7 +83,7 @@ TEST(KelvcmdData, KeepsEveryOutputUnderTheNumberOfTheTool) {
 
 TEST(KelvcmdData, ParsesEachControllerByRunsOfItsOwn) {
   FakeHost host;
-  host.outputs[Command("getconfig 3 al")] = kConfig;
+  host.outputs[Command("getconfig 3 al")] = kMinimalConfig;
   host.outputs[Command("getstatus 3 device")] = "Status : first\n";
   host.before_run = [&](const std::string&) {
     if (host.runs.size() > 64) host.outputs[Command("getstatus 3 device")] = "Status : second\n";
@@ -113,9 +112,9 @@ TEST(KelvcmdData, ReadsOnWhateverASectionLacks) {
       {"no controller section", "Physical device information\n", "", 8, 0},
       {"no device section: logs are read, nothing is published", "Controller information\n", "",
        8 + 6, 0},
-      {"empty DDD log", kConfig, "heading\n+---+\n| No entries |\n", 8 + 4, 1},
-      {"DDD log with entries", kConfig, "+---+\n| Date |\n", 8 + 7, 1},
-      {"DDD log without a rule", kConfig, "No log\n", 8 + 7, 1},
+      {"empty DDD log", kMinimalConfig, "heading\n+---+\n| No entries |\n", 8 + 4, 1},
+      {"DDD log with entries", kMinimalConfig, "+---+\n| Date |\n", 8 + 7, 1},
+      {"DDD log without a rule", kMinimalConfig, "No log\n", 8 + 7, 1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -133,8 +132,8 @@ TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
   for (const char* truncated : {"getconfig 2 al", "getevent 2 ddd"}) {
     SCOPED_TRACE(truncated);
     FakeHost host;
-    host.outputs[Command("getconfig 1 al")] = kConfig;
-    host.outputs[Command("getconfig 2 al")] = kConfig;
+    host.outputs[Command("getconfig 1 al")] = kMinimalConfig;
+    host.outputs[Command("getconfig 2 al")] = kMinimalConfig;
     host.outputs[Command(truncated)] =
         "Controller information\nPhysical device information\n+---\n";
     KelvcmdData collector(nullptr);
@@ -144,10 +143,95 @@ TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
   }
 }
 
+std::string Drive(const std::string& heading) {
+  return heading +
+         "Status of logical drive : OKY\nRAID level : 5\nSize (in MB) : 1\n"
+         "Write cache status : WB\nNumber of chunks : 3\nStripe-unit size : 16K\n"
+         "Access blocked : No\nPart of array : A\n";
+}
+
+std::string Device(const std::string& id) {
+  return "Target on SCSI ID " + id + "\nDevice is a Hard disk\nSCSI ID : " + id +
+         "\nPFA (Yes/No) : No\nState : ONL\nSize (in MB)/(in sectors) : 1/2\nDevice ID : d\n";
+}
+
+constexpr char kNoDrives[] = "Controller information\n";
+constexpr char kDriveSection[] = "Logical drive information\nrule\n";
+constexpr char kNoDevices[] =
+    "Physical device information\nrule\nChannel #9:\nrule\nCommand completed successfully\n";
+
+/// What the collection makes of the outputs for controllers 1, 2 and so on.
+std::vector<KRaidController*> Collect(KelvcmdData& collector, FakeHost& host,
+                                      const Texts& outputs) {
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    host.outputs[Command("getconfig ") + std::to_string(i + 1) + " al"] = outputs[i];
+  }
+  collector.InitData(10);
+  return collector.GetControllers();
+}
+
+TEST(KelvcmdData, CutsTheNumbersOfLogicalDrives) {
+  FakeHost host;
+  KelvcmdData collector(nullptr);
+  const auto controllers =
+      Collect(collector, host,
+              {std::string(kNoDrives) + kDriveSection + Drive("Logical drive number 12\r\n") +
+                   Drive("Logical drive number 34\n") + Drive("The Logical drive number 5 \n") +
+                   Drive("Logical drive number \n") + "\n" + kNoDevices,
+               // What follows the section's heading is taken for a drive, whatever it is. The
+               // number of the controller before is still there.
+               std::string(kNoDrives) + kDriveSection + Drive("Logical drive number 6 \n") +
+                   Drive("Logical drive number\n") + "\n" + kNoDevices,
+               std::string(kNoDrives) + kDriveSection + Drive("none\n") + "\n" + kNoDevices});
+  ASSERT_EQ(controllers.size(), 3U);
+  Texts numbers;
+  for (const KRaidController* controller : controllers) {
+    for (const KRaidLogicalDevice* drive : controller->GetLogicalDevices()) {
+      numbers.push_back(drive->GetControllerNum() + "/" + drive->GetLogicalDriveNum());
+    }
+  }
+  EXPECT_EQ(numbers, (Texts{"11/12", "11/3", "11/5", "11/", "12/6", "12/6", "13/6"}));
+}
+
+TEST(KelvcmdData, WalksStripeOrdersAndDevices) {
+  const std::string orders =
+      "Array A stripe order (Channel/SCSI ID) : 1,0\n 1,1\n"
+      "Array B stripe order (Channel/SCSI ID) : 2,0\nend\n"
+      "Array C stripe order (Channel/SCSI ID) : not reached\n";
+  const std::string devices =
+      "Physical device information\nrule\nChannel #1:\nrule\n" + Device("0") + Device("1") +
+      "Channel #22: Ultra\nrule\n" + Device("2") + "Channel\nrule\n" + Device("3") +
+      "Channel #no colon\nrule\n" + Device("4") + "Command completed successfully\n";
+  FakeHost host;
+  KelvcmdData collector(nullptr);
+  const auto controllers =
+      Collect(collector, host,
+              {kNoDrives + orders + devices,
+               std::string(kNoDrives) + "Physical device information\nrule\nChannel\nrule\n" +
+                   Device("5") + "Command completed successfully\n"});
+  ASSERT_EQ(controllers.size(), 2U);
+  Texts arrays;
+  for (const ArrayStripeOrder* order : controllers[0]->GetArrayStripeOrder()) {
+    arrays.push_back(order->GetCollectionID() + order->GetStripeOrder());
+  }
+  EXPECT_EQ(arrays, (Texts{"KelvaRAID11ArrayA 1,0\n1,1\n", "KelvaRAID11ArrayB 2,0\n"}));
+  Texts places;
+  for (const KRaidController* controller : controllers) {
+    for (const KRaidPhysicalDevice* device : controller->GetPhysicalDevices()) {
+      places.push_back(device->GetControllerNum() + "/" + device->GetChannelNum() +
+                       device->GetScsiID());
+    }
+  }
+  // A heading without "#" keeps the channel of the one before, over controllers, too; one without
+  // ":" gives all the rest of its line.
+  EXPECT_EQ(places, (Texts{"11/1 0\n", "11/1 1\n", "11/22 2\n", "11/22 3\n", "11/no colon\n 4\n",
+                           "12/no colon\n 5\n"}));
+}
+
 TEST(KraidCollectData, JoinsTheCollectorsAndAddsUpOverCalls) {
   FakeHost host;
-  host.outputs[Command("getconfig 2 al")] = kConfig;
-  host.outputs[Command("getconfig 7 al")] = kConfig;
+  host.outputs[Command("getconfig 2 al")] = kMinimalConfig;
+  host.outputs[Command("getconfig 7 al")] = kMinimalConfig;
   KraidCollectData driver(nullptr);
   driver.InitData();
   EXPECT_EQ(NumbersOf(driver.GetControllers()), (Texts{"2", "7"}));

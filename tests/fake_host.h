@@ -9,6 +9,11 @@
 #include "hmz/exception.h"
 #include "standin/host_services.h"
 
+/// The least that a kelvcmd "getconfig" has to print for its controller to be published.
+inline constexpr char kMinimalConfig[] =
+    "Controller information\nController type : X\nPhysical device information\n"
+    "rule\nChannel #1:\nrule\nCommand completed successfully\n";
+
 /// The stand-in's services, replaced for as long as the object lives: tools that print what a test
 /// prepared, a log that is kept, a fixed clock and name.
 class FakeHost {

@@ -13,9 +13,6 @@
 namespace {
 
 constexpr char kPlugin[] = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
-constexpr char kConfig[] =
-    "Controller information\nPhysical device information\nCommand completed successfully\n";
-
 bool IsLoaded() {
   void* library = dlopen(kPlugin, RTLD_NOW | RTLD_NOLOAD);
   if (library != nullptr) dlclose(library);
@@ -38,14 +35,14 @@ class PluginLoad : public testing::Test {
 };
 
 TEST_F(PluginLoad, CollectsOnceForEachLoading) {
-  host_.outputs["./kraid/kelvcmd getconfig 1 al"] = kConfig;
+  host_.outputs["./kraid/kelvcmd getconfig 1 al"] = kMinimalConfig;
   {
     standin::LoadedPlugin plugin(kPlugin);
     EXPECT_NE(plugin.GetCallbacks().provider, nullptr);
     EXPECT_EQ(Ask(plugin, {}), 0U);  // nothing asked for, collected all the same
     const std::size_t runs = host_.runs.size();
     EXPECT_EQ(runs, 64U + 8U + 7U);
-    host_.outputs["./kraid/kelvcmd getconfig 2 al"] = kConfig;
+    host_.outputs["./kraid/kelvcmd getconfig 2 al"] = kMinimalConfig;
     EXPECT_EQ(Ask(plugin, {"KVXSG_krSCSIProtocolController", "Unknown", "KVXSG_krRawData"}), 2U);
     EXPECT_EQ(Ask(plugin, {"KVXSG_krSCSIProtocolController", "KVXSG_krSCSIProtocolController"}),
               2U);
@@ -58,12 +55,12 @@ TEST_F(PluginLoad, CollectsOnceForEachLoading) {
 }
 
 TEST_F(PluginLoad, CollectsAgainAfterACollectionThatThrew) {
-  host_.outputs["./kraid/kelvcmd getconfig 1 al"] = kConfig;
+  host_.outputs["./kraid/kelvcmd getconfig 1 al"] = kMinimalConfig;
   host_.outputs["./kraid/kelvcmd getconfig 2 al"] =
       "Controller information\nPhysical device information\n";
   standin::LoadedPlugin plugin(kPlugin);
   EXPECT_THROW(Ask(plugin, {"KVXSG_krSCSIProtocolController"}), std::out_of_range);
-  host_.outputs["./kraid/kelvcmd getconfig 2 al"] = kConfig;
+  host_.outputs["./kraid/kelvcmd getconfig 2 al"] = kMinimalConfig;
   EXPECT_EQ(Ask(plugin, {"KVXSG_krSCSIProtocolController"}), 2U);
 }
 

@@ -1,0 +1,194 @@
+// Publishing of drives, arrays, devices and versions, and the associations between them.
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include "model/kraid_physical_device.h"
+#include "plugin/dispatch.h"
+#include "plugin/identifiers.h"
+#include "standin/repository.h"
+#include "tests/fake_host.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::string Device(const std::string& type, const std::string& scsi_id, const std::string& id) {
+  return "Target\nDevice is a" + type + "\nSCSI ID :" + scsi_id +
+         "\nPFA (Yes/No) : No\nState : ONL\nSize (in MB)/(in sectors) : 1/2\nDevice ID :" + id +
+         "\n";
+}
+
+std::string Config(const std::string& versions, const std::string& devices) {
+  return "Controller information\n" + versions +
+         "Logical drive information\nrule\nLogical drive number 0 \n"
+         "Status of logical drive : OKY\nRAID level : 5\nSize (in MB) : 1\n"
+         "Write cache status : WB\nNumber of chunks : 3\nStripe-unit size : 16K\n"
+         "Access blocked : No\nPart of array : A\n"
+         "Array A stripe order (Channel/SCSI ID) : 1,0\n"
+         "Physical device information\nrule\nChannel #2:\nrule\n" +
+         devices + "Command completed successfully\n";
+}
+
+class Associations : public testing::Test {
+ protected:
+  void Collect(const std::string& config_1, const std::string& config_2) {
+    host_.outputs["./kraid/kelvcmd getconfig 1 al"] = config_1;
+    host_.outputs["./kraid/kelvcmd getconfig 2 al"] = config_2;
+    collector_.InitData();
+  }
+
+  void Publish(const Texts& classes) {
+    for (const std::string& name : classes) {
+      ::Publish("KVXSG_" + name, {repository_, repository_->GetClass("KVXSG_" + name), collector_});
+    }
+  }
+
+  /// A property of all committed instances of a class.
+  Texts All(const std::string& class_name, const std::string& property) const {
+    Texts texts;
+    for (const auto& instance : repository_->GetCommitted()) {
+      if (*instance->class_name == "KVXSG_" + class_name) {
+        texts.push_back(instance->Find(property)->ToString());
+      }
+    }
+    return texts;
+  }
+
+  /// The ends of all associations of a class, by one key of each end.
+  Texts Ends(const std::string& class_name, const std::string& dependent_key,
+             const std::string& antecedent_key) const {
+    const auto key_of = [](const NKVXHMZ20::TCIMValue& path, const std::string& key) {
+      for (const auto& [name, value] : path.GetReference().GetKeys()) {
+        if (name == key) return value.ToString();
+      }
+      return std::string("no key " + key);
+    };
+    Texts texts;
+    for (const auto& instance : repository_->GetCommitted()) {
+      if (*instance->class_name != "KVXSG_" + class_name) continue;
+      EXPECT_EQ(*instance->properties[0].name, "Dependent");
+      EXPECT_EQ(*instance->properties[1].name, "Antecedent");
+      texts.push_back(key_of(instance->properties[0].value, dependent_key) + " of " +
+                      key_of(instance->properties[1].value, antecedent_key));
+    }
+    return texts;
+  }
+
+  FakeHost host_;
+  KraidCollectData collector_{nullptr};
+  boost::shared_ptr<standin::Repository> repository_ = boost::make_shared<standin::Repository>();
+};
+
+TEST_F(Associations, TieEachPartToTheFirstInstanceOfItsController) {
+  Collect(Config("", Device(" Tape", "4", "t") + Device(" Tape", "5", "u")), Config("", ""));
+  Publish({"krProtocolControllerForUnit", "krStripeOrderForController"});
+  EXPECT_TRUE(repository_->GetCommitted().empty());  // no ends yet
+  Publish({"krLogicalDisk", "krDiskGroup", "krProtocolControllerForUnit"});
+  EXPECT_EQ(Ends("krProtocolControllerForUnit", "DeviceID", "DeviceID"), Texts{});
+  Publish({"krSCSIProtocolController", "krDiskDrive", "krDiskDrive", "krProtocolControllerForUnit",
+           "krSCSIProtocolController", "krStripeOrderForController",
+           "krProtocolControllerForPhysicalDisk"});
+  EXPECT_EQ(Ends("krProtocolControllerForUnit", "DeviceID", "DeviceID"),
+            (Texts{"KelvaRAID1LD0 of KelvaRAID1", "KelvaRAID2LD0 of KelvaRAID2"}));
+  EXPECT_EQ(Ends("krStripeOrderForController", "CollectionID", "DeviceID"),
+            (Texts{"KelvaRAID1ArrayA of KelvaRAID1", "KelvaRAID2ArrayA of KelvaRAID2"}));
+  // Each of the doubled drives once, in the order of their commits.
+  EXPECT_EQ(Ends("krProtocolControllerForPhysicalDisk", "DeviceID", "DeviceID"),
+            (Texts{"C1 CH2 I04:t\n of KelvaRAID1", "C1 CH2 I05:u\n of KelvaRAID1",
+                   "C1 CH2 I04:t\n of KelvaRAID1", "C1 CH2 I05:u\n of KelvaRAID1"}));
+}
+
+TEST_F(Associations, TakeTheFirstOfSeveralControllersWithOneNumber) {
+  Collect(Config("", ""), "");
+  const auto controllers = repository_->GetClass("KVXSG_krSCSIProtocolController");
+  for (const char* id : {"first", "second"}) {
+    const auto instance = controllers->CreateInstance({});
+    for (const char* key : {"SystemCreationClassName", "SystemName", "CreationClassname"}) {
+      instance->SetPropertyValue(key, "x", {});
+    }
+    instance->SetPropertyValue("DeviceID", id, {});
+    instance->SetPropertyValue("ControllerNum", "1", {});
+    instance->Commit({});
+  }
+  Publish({"krLogicalDisk", "krProtocolControllerForUnit"});
+  EXPECT_EQ(Ends("krProtocolControllerForUnit", "DeviceID", "DeviceID"),
+            Texts{"KelvaRAID1LD0 of first"});
+}
+
+TEST_F(Associations, PublishVersionsAndWhereTheyRun) {
+  Collect(Config("Firmware version : f1\nBoot block version : b1\nActual BIOS version : a1\n",
+                 Device(" Hard disk", "2", "0123456789abcdefghijklmnopqrst") +
+                     Device(" Hard disk", "3", "short") +
+                     Device(" Processor device", "4", "0123456789abcdefghijklmnopqrst")),
+          Config("Actual BIOS version : a2\n", ""));
+  Publish({"krSCSIProtocolController", "krDiskDrive", "krFirmwareVersion", "krBootBlockVersion",
+           "krDiskDriveVersion", "krBiosVersion", "krFirmwareOnController",
+           "krBootBlockOnController", "krFirmwareOnDiskDrive", "krBiosOnController"});
+  Texts versions;
+  for (const auto& instance : repository_->GetCommitted()) {
+    if (instance->class_name->find("Version") == std::string::npos) continue;
+    std::string text;
+    for (const auto& [name, value] : instance->properties) {
+      text += *name + "=" + value.ToString() + ";";
+    }
+    versions.push_back(text);
+  }
+  const auto expected = [](const std::string& name, const std::string& version,
+                           const std::string& id) {
+    return "Name=" + name + ";Version=" + version +
+           ";SoftwareElementState=3;SoftwareElementID=" + id + ";TargetOperatingSystem=66;";
+  };
+  const std::string drive = "C1 CH2 I02:0123456789abcdefghijklmnopqrst\n";
+  EXPECT_EQ(versions, (Texts{expected("KelvaRAID Firmware", "f1\n", "1"),
+                             expected("KelvaRAID Boot Block", "b1\n", "1"),
+                             expected("KelvaRAID Disk", "hijk", "1-" + drive),
+                             expected("KelvaRAID1 BIOS", "a1\n", "1"),
+                             expected("KelvaRAID2 BIOS", "a2\n", "2")}));
+  EXPECT_EQ(Ends("krFirmwareOnController", "DeviceID", "Name"),
+            Texts{"KelvaRAID1 of KelvaRAID Firmware"});
+  EXPECT_EQ(Ends("krBootBlockOnController", "DeviceID", "Name"),
+            Texts{"KelvaRAID1 of KelvaRAID Boot Block"});
+  EXPECT_EQ(Ends("krBiosOnController", "DeviceID", "Name"),
+            (Texts{"KelvaRAID1 of KelvaRAID1 BIOS", "KelvaRAID2 of KelvaRAID2 BIOS"}));
+  EXPECT_EQ(Ends("krFirmwareOnDiskDrive", "DeviceID", "SoftwareElementID"),
+            Texts{drive + " of 1-" + drive});
+}
+
+TEST_F(Associations, NameFirmwareByTheDevicesType) {
+  // Only disks get a firmware level from kelvcmd, so a type that holds several words shows what
+  // comes first.
+  const std::string id = "0123456789abcdefghijklmnopqrst";
+  Collect(Config("", Device(" Unknown Hard disk", "1", id) +
+                         Device("Hard disk Enclosure", "2", id) + Device(" hard disk", "3", id)),
+          "");
+  Publish({"krDiskDriveVersion"});
+  EXPECT_EQ(All("krDiskDriveVersion", "Name"), (Texts{"KelvaRAID Disk", "KelvaRAID Disk"}));
+}
+
+TEST_F(Associations, FormDeviceIdentifiersFromNumbersAndTexts) {
+  const struct {
+    const char* scsi_id;
+    const char* identifier;
+  } cases[] = {
+      {"5", "C1 CH2 I05:x\n"},          {" \t123\r", "C1 CH2 I123:x\n"}, {"none", "C1 CH2 I00:x\n"},
+      {"7,8", "C1 CH2 I07:x\n"},        {"-3", "C1 CH2 I-3:x\n"},        {"", "C1 CH2 I00:x\n"},
+      {"4294967297", "C1 CH2 I01:x\n"},
+  };
+  std::string devices;
+  for (const auto& c : cases) devices += Device("", c.scsi_id, "x");
+  Collect(Config("", devices), "");
+  Publish({"krDiskDrive"});
+  Texts expected;
+  Texts info;
+  for (const auto& c : cases) {
+    expected.emplace_back(c.identifier);
+    info.push_back("{\n, Channel:2|SCSI ID:" + std::string(c.scsi_id) + "\n}");
+  }
+  EXPECT_EQ(All("krDiskDrive", "DeviceID"), expected);
+  EXPECT_EQ(All("krDiskDrive", "OtherIdentifyingInfo"), info);
+  EXPECT_EQ(All("krDiskDrive", "Channel").front(), "2");
+}
+
+}  // namespace
