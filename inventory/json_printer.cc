@@ -1,95 +1,129 @@
 #include "inventory/json_printer.h"
 
+#include <functional>
+#include <initializer_list>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "inventory/options.h"
 
 namespace {
 
 using NKVXHMZ20::TCIMValue;
-using Json = nlohmann::ordered_json;
 
-Json ToJson(const TCIMValue& value);
+/// Writes JSON piece by piece: what is large, an output of many lines or many instances, is never
+/// in memory a second time.
+class JsonWriter {
+ public:
+  explicit JsonWriter(OutputFile& output) : output_(output) {}
 
-Json ToJson(const NKVXHMZ20::TCIMReference& reference) {
-  Json keys = Json::object();
-  for (const auto& [name, value] : reference.GetKeys()) keys[name] = ToJson(value);
-  return {{"class", reference.GetClassName()}, {"keys", std::move(keys)}};
-}
-
-Json ToJson(const TCIMValue& value) {
-  if (value.IsArray()) {
-    Json elements = Json::array();
-    for (const TCIMValue& element : value.GetArray()) elements.push_back(ToJson(element));
-    return elements;
+  void String(const std::string& text) {
+    using nlohmann::json;
+    output_.Write(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
   }
-  switch (value.GetType().GetCode()) {
-    case TCIMValue::kNull:
-      return nullptr;
-    case TCIMValue::kUint16:
-    case TCIMValue::kUint32:
-      return value.GetNumber();
-    case TCIMValue::kString:
-      return value.GetString();
-    case TCIMValue::kDateTime:
-      return value.GetDateTime().ToString();
-    case TCIMValue::kReference:
-      return ToJson(value.GetReference());
+
+  /// Each element on a line of its own, written by `write`.
+  template <class Elements, class Write>
+  void List(char open, char close, const Elements& elements, const Write& write) {
+    output_.Write({&open, 1});
+    ++depth_;
+    bool first = true;
+    for (const auto& element : elements) {
+      output_.Write(first ? "\n" : ",\n");
+      output_.Write(std::string(depth_ * 2, ' '));
+      write(element);
+      first = false;
+    }
+    --depth_;
+    if (!first) {
+      output_.Write("\n");
+      output_.Write(std::string(depth_ * 2, ' '));
+    }
+    output_.Write({&close, 1});
   }
-  return nullptr;
-}
 
-Json ToJson(const standin::StoredInstance& instance) {
-  Json properties = Json::object();
-  for (const auto& [name, value] : instance.properties) properties[*name] = ToJson(value);
-  return {{"class", *instance.class_name}, {"properties", std::move(properties)}};
-}
-
-constexpr int kCompact = -1;
-constexpr int kIndent = 2;
-
-std::string Text(const Json& json, int indent) {
-  return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
-// Moves all lines but the first to the right. No JSON string holds a raw newline.
-std::string Indented(const std::string& text, std::size_t width) {
-  std::string indented;
-  indented.reserve(text.size() * 2);
-  for (const char c : text) {
-    indented += c;
-    if (c == '\n') indented.append(width, ' ');
+  void Value(const TCIMValue& value) {
+    if (value.IsArray()) {
+      List('[', ']', value.GetArray(), [this](const TCIMValue& element) { Value(element); });
+      return;
+    }
+    switch (value.GetType().GetCode()) {
+      case TCIMValue::kNull:
+        return output_.Write("null");
+      case TCIMValue::kUint16:
+      case TCIMValue::kUint32:
+        return output_.Write(std::to_string(value.GetNumber()));
+      case TCIMValue::kString:
+        return String(value.GetString());
+      case TCIMValue::kDateTime:
+        return String(value.GetDateTime().ToString());
+      case TCIMValue::kReference:
+        return Reference(value.GetReference());
+    }
   }
-  return indented;
-}
+
+  void Reference(const NKVXHMZ20::TCIMReference& reference) {
+    Object({{"class", [&] { String(reference.GetClassName()); }},
+            {"keys", [&] {
+               List('{', '}', reference.GetKeys(), [this](const auto& key) {
+                 Name(key.first);
+                 Value(key.second);
+               });
+             }}});
+  }
+
+  void Instance(const standin::StoredInstance& instance) {
+    Object({{"class", [&] { String(*instance.class_name); }},
+            {"properties", [&] {
+               List('{', '}', instance.properties, [this](const standin::StoredProperty& property) {
+                 Name(*property.name);
+                 Value(property.value);
+               });
+             }}});
+  }
+
+  void Problem(const ::Problem& problem) {
+    Object({{"what", [&] { String(problem.what); }}, {"why", [&] { String(problem.why); }}});
+  }
+
+  using Members = std::initializer_list<std::pair<const char*, std::function<void()>>>;
+  void Object(Members members) {
+    List('{', '}', members, [this](const auto& member) {
+      Name(member.first);
+      member.second();
+    });
+  }
+
+ private:
+  void Name(const std::string& name) {
+    String(name);
+    output_.Write(": ");
+  }
+
+  OutputFile& output_;
+  std::size_t depth_ = 0;
+};
 
 }  // namespace
 
 void PrintJson(const Report& report, OutputFile& output) {
-  const auto member = [](const char* name, const Json& value) {
-    return "  \"" + std::string(name) + "\": " + Text(value, kCompact) + ",\n";
-  };
-  output.Write("{\n");
-  output.Write(member("format_version", {1, 0}));
-  output.Write(member("generator", {{"name", kProgramName}, {"version", KRAID_VERSION}}));
-  output.Write(member("host", report.host));
-  output.Write(member("exit_status", report.exit_status));
-
-  output.Write("  \"problems\": [");
-  bool first = true;
-  for (const Problem& problem : report.problems) {
-    output.Write(first ? "\n    " : ",\n    ");
-    output.Write(Text({{"what", problem.what}, {"why", problem.why}}, kCompact));
-    first = false;
-  }
-  output.Write(first ? "],\n" : "\n  ],\n");
-
-  output.Write("  \"instances\": [");
-  first = true;
-  for (const auto& instance : report.repository.GetCommitted()) {
-    output.Write(first ? "\n    " : ",\n    ");
-    output.Write(Indented(Text(ToJson(*instance), kIndent), 4));
-    first = false;
-  }
-  output.Write(first ? "]\n}\n" : "\n  ]\n}\n");
+  JsonWriter writer(output);
+  writer.Object({{"format_version", [&] { output.Write("[1, 0]"); }},
+                 {"generator",
+                  [&] {
+                    writer.Object({{"name", [&] { writer.String(kProgramName); }},
+                                   {"version", [&] { writer.String(KRAID_VERSION); }}});
+                  }},
+                 {"host", [&] { writer.String(report.host); }},
+                 {"exit_status", [&] { output.Write(std::to_string(report.exit_status)); }},
+                 {"problems",
+                  [&] {
+                    writer.List('[', ']', report.problems,
+                                [&](const Problem& problem) { writer.Problem(problem); });
+                  }},
+                 {"instances", [&] {
+                    writer.List('[', ']', report.repository.GetCommitted(),
+                                [&](const auto& instance) { writer.Instance(*instance); });
+                  }}});
+  output.Write("\n");
 }

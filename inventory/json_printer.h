@@ -16,8 +16,8 @@ struct Report {
   const standin::Repository& repository;
 };
 
-/// Writes the report as one JSON document. Bytes that are not UTF-8 become U+FFFD. Instances are
-/// written one by one: the document is never in memory as a whole.
+/// Writes the report as one JSON document. Bytes that are not UTF-8 become U+FFFD. The
+/// document is never in memory as a whole.
 void PrintJson(const Report& report, OutputFile& output);
 
 #endif  // INVENTORY_JSON_PRINTER_H_

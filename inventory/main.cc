@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -27,6 +28,15 @@ void FillStandardDescriptors() {
     descriptor = open("/dev/null", O_RDONLY);
   } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
   if (descriptor >= 0) close(descriptor);
+}
+
+// What a caller may have left behind: with SIGCHLD ignored the ends of the tools would be lost, and
+// with signals blocked nothing could end this program in time.
+void ResetSignals() {
+  signal(SIGCHLD, SIG_DFL);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 int Run(const Options& options) {
@@ -59,8 +69,7 @@ int Run(const Options& options) {
   standin::Services().log = [&log](int level, const auto& text) { log.Write(level, text); };
 
   standin::Repository repository;
-  Report report{standin::Services().get_machine_name(), kExitAnswered, tools.GetProblems(),
-                repository};
+  Report report{standin::Services().get_machine_name(), kExitAnswered, {}, repository};
   const std::vector<Problem> failures = Collect(options, repository, tools);
   tools.GetProgress().Clear();
 
@@ -88,6 +97,7 @@ int Run(const Options& options) {
 
 int main(int argc, char** argv) {
   FillStandardDescriptors();
+  ResetSignals();
   try {
     int exit_status = kExitAnswered;
     const std::optional<Options> options = ParseOptions(argc, argv, exit_status);

@@ -33,7 +33,20 @@ std::string CheckFormat(const std::string& format) {
   return "unknown format \"" + format + "\"; json is available";
 }
 
-fs::path Absolute(const fs::path& path) { return path.empty() ? path : fs::absolute(path); }
+std::string CheckSeconds(const std::string& text) {
+  double seconds = 0;
+  // Written so that "nan" is refused, too.
+  if (CLI::detail::lexical_cast(text, seconds) && seconds >= 0.001 && seconds <= 1e6) return "";
+  return "\"" + text + "\" is no number of seconds from 0.001 to 1000000";
+}
+
+std::string CheckNotEmpty(const std::string& text) {
+  return text.empty() ? "the file's name is empty" : "";
+}
+
+fs::path Absolute(const fs::path& path) {
+  return path.empty() ? path : fs::absolute(path).lexically_normal();
+}
 
 }  // namespace
 
@@ -63,15 +76,18 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       ->check(CLI::Validator(CheckFormat, ""));
   app.add_option("--output", options.output,
                  "write there, whole or not at all (default: standard output)")
-      ->type_name("FILE");
-  app.add_option("--log", options.log, "write the plug-in's log messages there")->type_name("FILE");
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  app.add_option("--log", options.log, "write the plug-in's log messages there")
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
   app.add_option("--passes", options.passes,
                  "ask so many times, as a long-running host does (default: 1)")
       ->type_name("N")
       ->check(CLI::Range(1, 1'000'000).description(""));
   app.add_option("--tool-timeout", tool_timeout_s, "time limit of one tool run (default: 300)")
       ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, 1e6).description(""));
+      ->check(CLI::Validator(CheckSeconds, ""));
   app.add_flag("--verbose", options.verbose,
                "show on standard error what the tools write to their standard error");
 
@@ -96,6 +112,11 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   options.tool_timeout = std::chrono::milliseconds(static_cast<long long>(tool_timeout_s * 1000));
   for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log}) {
     *path = Absolute(*path);
+  }
+  if (!options.log.empty() && options.log == options.output) {
+    std::cerr << kProgramName << ": --log and --output name the same file\n";
+    exit_status = kExitUsage;
+    return std::nullopt;
   }
   return options;
 }

@@ -83,14 +83,22 @@ OutputFile::OutputFile(const fs::path& path) {
     file_ = std::fopen(path.c_str(), "wbe");
     if (file_ == nullptr) Fail();
   } else {
-    target_ = fs::weakly_canonical(path, ignored);  // a link keeps pointing to the file
-    if (target_.empty()) target_ = path;
+    target_ = path;
+    // A link stays one, also when what it points to is not there yet.
+    for (int links = 0; fs::is_symlink(fs::symlink_status(target_, ignored)); ++links) {
+      if (links == 40) {
+        errno = ELOOP;
+        Fail();
+        return;
+      }
+      target_ = target_.parent_path() / fs::read_symlink(target_, ignored);
+    }
     OpenTemporary();
   }
 }
 
 void OutputFile::OpenTemporary() {
-  const std::string name = target_.string() + ".XXXXXX";
+  const std::string name = (target_.parent_path() / ".kraid-XXXXXX").string();
   if (name.size() >= sizeof unfinished_file) {
     errno = ENAMETOOLONG;
     return Fail();
@@ -105,6 +113,10 @@ void OutputFile::OpenTemporary() {
   }
   fchmod(descriptor, ModeOf(target_));
   file_ = fdopen(descriptor, "wb");
+  if (file_ == nullptr) {
+    Fail();
+    close(descriptor);
+  }
 }
 
 OutputFile::~OutputFile() {

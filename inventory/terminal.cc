@@ -19,7 +19,9 @@ bool CanRewriteLines() {
 
 }  // namespace
 
-void Complain(const std::string& text) { std::cerr << kProgramName << ": " << text << std::endl; }
+void Complain(const std::string& text) {
+  std::cerr << kProgramName << ": " << Printable(text, Newlines::kReplace) << std::endl;
+}
 
 ProgressLine::ProgressLine() : on_terminal_(CanRewriteLines()) {}
 
@@ -36,10 +38,11 @@ void ProgressLine::Clear() {
   shown_ = false;
 }
 
-std::string Printable(std::string text) {
+std::string Printable(std::string text, Newlines newlines) {
   for (char& c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    if ((byte < 0x20 && c != '\t' && c != '\n') || byte == 0x7f) c = '?';
+    if ((byte < 0x20 && c != '\t' && (c != '\n' || newlines == Newlines::kReplace)) || byte == 0x7f)
+      c = '?';
   }
   return text;
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// Writes one line of this program's to standard error, behind its name.
+/// Writes one line to standard error, behind this program's name; see Printable.
 void Complain(const std::string& text);
 
 /// What a person sees on standard error while the tools run: one line that is written over and over
@@ -24,7 +24,9 @@ class ProgressLine {
   bool shown_ = false;
 };
 
-/// Text from a tool, fit for a terminal: control characters other than tab and newline as "?".
-std::string Printable(std::string text);
+/// Text from elsewhere, fit for a terminal: control characters other than tab as "?". Newlines
+/// stay where the text is to keep its lines.
+enum class Newlines { kKeep, kReplace };
+std::string Printable(std::string text, Newlines newlines);
 
 #endif  // INVENTORY_TERMINAL_H_

@@ -15,7 +15,7 @@ std::string ToolMonitor::Run(const std::string& program,
   if (show_error_output_ && !result.error_output.empty()) {
     progress_.Clear();
     Complain("standard error of " + last_run_ + ":");
-    std::cerr << Printable(result.error_output);
+    std::cerr << Printable(result.error_output, Newlines::kKeep);
     if (result.error_output.back() != '\n') std::cerr << '\n';
   }
 

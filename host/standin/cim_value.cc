@@ -77,8 +77,8 @@ TCIMValue::TCIMValue(std::uint16_t number) : content_(number) {}
 TCIMValue::TCIMValue(std::uint32_t number) : content_(number) {}
 TCIMValue::TCIMValue(const TCIMDateTime& time) : content_(time) {}
 TCIMValue::TCIMValue(const TCIMReference& path) : content_(path) {}
-TCIMValue::TCIMValue(TCIMType type, std::size_t count, const Array& elements) {
-  Set(type, count, elements);
+TCIMValue::TCIMValue(TCIMType type, std::size_t count, Array elements) {
+  Set(type, count, std::move(elements));
 }
 TCIMValue::TCIMValue(const TCIMValue&) = default;
 TCIMValue::TCIMValue(TCIMValue&&) noexcept = default;
@@ -86,7 +86,7 @@ TCIMValue& TCIMValue::operator=(const TCIMValue&) = default;
 TCIMValue& TCIMValue::operator=(TCIMValue&&) noexcept = default;
 TCIMValue::~TCIMValue() = default;
 
-void TCIMValue::Set(TCIMType type, std::size_t count, const Array& elements) {
+void TCIMValue::Set(TCIMType type, std::size_t count, Array elements) {
   const ECIMType code = type.GetCode();
   if (code != kString && code != kUint32) {
     throw THMZException("no array of type code " + std::to_string(code));
@@ -95,15 +95,15 @@ void TCIMValue::Set(TCIMType type, std::size_t count, const Array& elements) {
     throw THMZException("an array of " + std::to_string(count) + " elements was given only " +
                         std::to_string(elements.size()));
   }
-  Array taken(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(count));
-  for (const TCIMValue& element : taken) {
+  elements.resize(count);
+  for (const TCIMValue& element : elements) {
     if (element.IsArray() || element.GetType().GetCode() != code) {
       throw THMZException("an element of an array of type code " + std::to_string(code) +
                           " has another type");
     }
   }
   content_ = boost::shared_ptr<const ArrayContent>(
-      boost::make_shared<const ArrayContent>(ArrayContent{code, std::move(taken)}));
+      boost::make_shared<const ArrayContent>(ArrayContent{code, std::move(elements)}));
 }
 
 TCIMValue::TCIMType TCIMValue::GetType() const {

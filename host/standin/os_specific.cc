@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "standin/host_services.h"
 
@@ -14,8 +13,14 @@ std::string TOSSpecific::SpawnProcess(const std::string& program,
 }
 
 std::string TOSSpecific::CaptureFile(const std::string& path) {
+  std::string text;
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::vector<char> part(std::size_t{1} << 16);
+  // A directory, for one, can be opened, but not read: what cannot be read is no text.
+  while (file.read(part.data(), static_cast<std::streamsize>(part.size())) || file.gcount() > 0) {
+    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  return file.bad() ? "" : text;
 }
 
 bool TOSSpecific::FileExists(const std::string& path) {

@@ -60,6 +60,15 @@ LoadedPlugin::LoadedPlugin(const std::string& file) {
   library_ = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library_ == nullptr) throw THMZException(std::string("cannot be loaded: ") + dlerror());
   callbacks_ = Manager()->TakeRegistered();
+  try {
+    Accept();
+  } catch (...) {
+    Unload();
+    throw;
+  }
+}
+
+void LoadedPlugin::Accept() {
   queries_ = dynamic_cast<NKVXHMZ20::IPluginBasicQueryCallbacks*>(callbacks_);
   const char* refusal = nullptr;
   if (callbacks_ == nullptr) {
@@ -69,10 +78,7 @@ LoadedPlugin::LoadedPlugin(const std::string& file) {
   } else if (queries_ == nullptr) {
     refusal = "answers no queries";
   }
-  if (refusal != nullptr) {
-    Unload();
-    throw THMZException(refusal);
-  }
+  if (refusal != nullptr) throw THMZException(refusal);
   callbacks_->Init();
 }
 

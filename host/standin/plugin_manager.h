@@ -25,6 +25,7 @@ class HMZ_API LoadedPlugin {
   NKVXHMZ20::IPluginBasicQueryCallbacks& GetQueries() { return *queries_; }
 
  private:
+  void Accept();
   void Unload();
 
   void* library_ = nullptr;

@@ -29,6 +29,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kReadBytes = std::size_t{16} << 10;
+constexpr std::size_t kPipeBytes = std::size_t{64} << 10;
 constexpr std::size_t kErrorEndBytes = std::size_t{16} << 10;
 /// How often a child without a process descriptor is looked at.
 constexpr milliseconds kPollSlice{5};
@@ -282,6 +283,7 @@ class Run {
   bool AwaitEnd(Clock::time_point deadline);
   bool Stop();
   void Drain();
+  void ReadAvailable(Descriptor& stream);
   std::size_t Read(Descriptor& stream);
   void Keep(const Descriptor& stream, const char* data, std::size_t size);
   void Reap();
@@ -356,8 +358,8 @@ bool Run::AwaitEnd(Clock::time_point deadline) {
     if (poll(watched, std::size(watched), static_cast<int>(wait.count())) < 0 && errno != EINTR) {
       Fail("was stopped, as it cannot be watched: " + ErrorText(errno));
     }
-    if (watched[0].revents != 0) Read(output_);
-    if (watched[1].revents != 0) Read(error_output_);
+    if (watched[0].revents != 0) ReadAvailable(output_);
+    if (watched[1].revents != 0) ReadAvailable(error_output_);
     if (process_.IsOpen() ? watched[2].revents != 0 : LookAt(pid_) != ChildState::kRunning) {
       return true;
     }
@@ -389,6 +391,15 @@ void Run::Drain() {
       if (taken == 0) break;
       left -= std::min(left, taken);
     }
+  }
+}
+
+/// Takes what a full pipe holds, not what is written meanwhile: that would never end.
+void Run::ReadAvailable(Descriptor& stream) {
+  for (std::size_t taken = 0; taken < kPipeBytes;) {
+    const std::size_t size = Read(stream);
+    if (size < kReadBytes) return;
+    taken += size;
   }
 }
 

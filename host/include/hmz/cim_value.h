@@ -79,7 +79,7 @@ class HMZ_API TCIMValue {
   TCIMValue(const TCIMDateTime& time);   // NOLINT(google-explicit-constructor)
   TCIMValue(const TCIMReference& path);  // NOLINT(google-explicit-constructor)
   /// As Set.
-  TCIMValue(TCIMType type, std::size_t count, const Array& elements);
+  TCIMValue(TCIMType type, std::size_t count, Array elements);
 
   TCIMValue(const TCIMValue&);
   TCIMValue(TCIMValue&&) noexcept;
@@ -89,7 +89,7 @@ class HMZ_API TCIMValue {
 
   /// Becomes an array of the first `count` elements, each of which has to be of `type`, which is
   /// kString or kUint32. Throws THMZException otherwise, and when there are fewer elements.
-  void Set(TCIMType type, std::size_t count, const Array& elements);
+  void Set(TCIMType type, std::size_t count, Array elements);
 
   /// The type of the value; of an array, the type of its elements.
   TCIMType GetType() const;
