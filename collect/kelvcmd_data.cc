@@ -6,8 +6,13 @@
 #include "hmz/exception.h"
 #include "model/array_stripe_order.h"
 #include "model/collected_data.h"
+#include "model/kraid_bst_data.h"
+#include "model/kraid_event_data.h"
+#include "model/kraid_event_ddd_data.h"
+#include "model/kraid_event_words.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
+#include "model/kraid_sub_stat_data.h"
 #include "model/owned.h"
 #include "model/text.h"
 
@@ -32,6 +37,10 @@ constexpr Command kGetSubStat = {"getsubstat", "device"};
 constexpr Command kCommands[] = {kGetConfig,   kGetStatus,    kGetBst,       kGetEvent,
                                  kGetEventDdd, kGetEventSoft, kGetEventHard, kGetSubStat};
 
+std::string Run(const Command& command, int number) {
+  return RunTool(kTool, command.word, command.option, number);
+}
+
 constexpr char kEndMarker[] = "Command completed successfully";
 constexpr char kStripeOrderLabel[] = " stripe order (Channel/SCSI ID)";
 
@@ -55,7 +64,7 @@ void KelvcmdData::InitData(int controller_offset) {
 void KelvcmdData::CaptureOutputs() {
   for (int number = kFirstController; number <= kLastController; ++number) {
     for (const Command& command : kCommands) {
-      const std::string output = GetDataFromTextFile(command.word, command.option, number);
+      const std::string output = Run(command, number);
       if (output.empty()) continue;
       raw_data_.push_back(
           std::make_unique<KRaidRawData>(kTool.path, command.word, number, command.option, output));
@@ -64,11 +73,7 @@ void KelvcmdData::CaptureOutputs() {
 }
 
 KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset) {
-  const auto run = [this, number](const Command& command) {
-    return GetDataFromTextFile(command.word, command.option, number);
-  };
-
-  const std::string config = run(kGetConfig);
+  const std::string config = Run(kGetConfig, number);
   if (config.empty()) return Next::kController;
   CollectedData cursor(provider_, config);
   if (cursor.FindLine("Controller information").empty()) return Next::kController;
@@ -81,13 +86,14 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
 
   // A controller whose output has no device section is never published; its logs are read all
   // the same.
+  KRaidController& controller = *found;
   if (!cursor.FindLine("Physical device information").empty()) {
-    ParsePhysicalDevices(cursor, *found);
-    const std::string status = run(kGetStatus);
+    ParsePhysicalDevices(cursor, controller);
+    const std::string status = Run(kGetStatus, number);
     if (!status.empty()) {
       CollectedData status_cursor(provider_, status);
       try {
-        found->AddStatusData(&status_cursor);
+        controller.AddStatusData(&status_cursor);
       } catch (const NKVXHMZ20::THMZException&) {
         LogMessage("status data is junk: Quit status data collection");
         return Next::kEnd;
@@ -95,7 +101,12 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
     }
     controllers_.push_back(std::move(found));
   }
-  ParseEvents(number);
+  ParseBadStripes(number, controller);
+  ParseDeviceEvents(number, controller);
+  if (ParseDddEvents(number, controller)) {
+    ParseEventWords(number, controller);
+    ParseSubStatistics(number, controller);
+  }
   return Next::kController;
 }
 
@@ -143,26 +154,82 @@ void KelvcmdData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& c
   } while (!Contains(line, kEndMarker));
 }
 
-void KelvcmdData::ParseEvents(int number) {
-  const auto run = [this, number](const Command& command) {
-    return GetDataFromTextFile(command.word, command.option, number);
-  };
-
-  run(kGetBst);
-  run(kGetEvent);
-
-  const std::string ddd = run(kGetEventDdd);
-  if (!ddd.empty()) {
-    CollectedData cursor(provider_, ddd);
-    if (!cursor.FindLine("+---").empty()) {
-      // An empty log ends the controller: its soft and hard logs and sub-statistics stay unread.
-      if (Contains(cursor.GetNextLine(), "No")) return;
+void KelvcmdData::ParseBadStripes(int number, KRaidController& controller) {
+  CollectedData cursor(provider_, Run(kGetBst, number));
+  if (cursor.FindLine("Get bad stripe information").empty()) return;
+  cursor.GetNextLine();
+  do {
+    auto record = std::make_unique<KRaidBstData>(provider_);
+    try {
+      record->SetConfigData(&cursor, controller.GetControllerNum());
+    } catch (const NKVXHMZ20::THMZException&) {
+      LogMessage("Bad Stripe data is junk: Quit BST data collection");
+      return;
     }
-  }
+    controller.AddBstData(std::move(record));
+  } while (Contains(cursor.GetNextLine(), "-"));
+}
 
-  run(kGetEventSoft);
-  run(kGetEventHard);
-  run(kGetSubStat);
+void KelvcmdData::ParseDeviceEvents(int number, KRaidController& controller) {
+  CollectedData cursor(provider_, Run(kGetEvent, number));
+  if (cursor.FindLine("Device event table:").empty()) return;
+  cursor.GetNextLine();
+  cursor.GetNextLine();
+  std::string line = cursor.GetNextLine();
+  do {
+    if (!Contains(line, "-")) {
+      auto record = std::make_unique<KRaidEventData>(provider_);
+      record->SetConfigData(&cursor, controller.GetControllerNum());
+      controller.AddEventData(std::move(record));
+    }
+    line = cursor.GetNextLine();
+  } while (!Contains(line, kEndMarker) && !Contains(line, "Controller "));
+}
+
+bool KelvcmdData::ParseDddEvents(int number, KRaidController& controller) {
+  CollectedData cursor(provider_, Run(kGetEventDdd, number));
+  if (cursor.FindLine("+---").empty()) return true;
+  std::string line = cursor.GetNextLine();
+  if (Contains(line, "No")) return false;
+  int entry = 1;
+  for (; !Contains(line, kEndMarker); line = cursor.GetNextLine()) {
+    if (Contains(line, "-")) continue;
+    auto record = std::make_unique<KRaidEventDddData>(provider_);
+    try {
+      record->SetConfigData(&cursor, controller.GetControllerNum(), entry);
+    } catch (const NKVXHMZ20::THMZException&) {
+      LogMessage("Time Stamp is junk: Quit DDD data collection");
+      return true;
+    }
+    controller.AddEventDddData(std::move(record));
+    ++entry;
+  }
+  return true;
+}
+
+void KelvcmdData::ParseEventWords(int number, KRaidController& controller) {
+  CollectedData soft(provider_, Run(kGetEventSoft, number));
+  if (!soft.FindLine("Controller Soft Event Log").empty()) {
+    auto record = std::make_unique<KRaidEventSoftData>(provider_);
+    record->SetConfigData(&soft, controller.GetControllerNum());
+    controller.AddEventSoftData(std::move(record));
+  }
+  CollectedData hard(provider_, Run(kGetEventHard, number));
+  if (!hard.FindLine("Controller Hard Event Log").empty()) {
+    auto record = std::make_unique<KRaidEventHardData>(provider_);
+    record->SetConfigData(&hard, controller.GetControllerNum());
+    controller.AddEventHardData(std::move(record));
+  }
+}
+
+void KelvcmdData::ParseSubStatistics(int number, KRaidController& controller) {
+  CollectedData cursor(provider_, Run(kGetSubStat, number));
+  if (cursor.FindLine("A:").empty()) return;
+  do {
+    auto record = std::make_unique<KRaidSubStatData>(provider_);
+    record->SetConfigData(&cursor, controller.GetControllerNum());
+    controller.AddSubStatData(std::move(record));
+  } while (!Contains(cursor.GetNextLine(), kEndMarker));
 }
 
 std::vector<KRaidController*> KelvcmdData::GetControllers() const {

@@ -44,7 +44,12 @@ class KelvcmdData {
   void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
   void ParseStripeOrders(CollectedData& cursor, KRaidController& controller);
   void ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller);
-  void ParseEvents(int number);
+  void ParseBadStripes(int number, KRaidController& controller);
+  void ParseDeviceEvents(int number, KRaidController& controller);
+  /// Whether the controller's other logs are to be read: not behind an empty log of this kind.
+  bool ParseDddEvents(int number, KRaidController& controller);
+  void ParseEventWords(int number, KRaidController& controller);
+  void ParseSubStatistics(int number, KRaidController& controller);
 
   NKVXHMZ20::TPluginManagerProvider* provider_;
   std::vector<std::unique_ptr<KRaidController>> controllers_;

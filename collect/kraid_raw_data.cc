@@ -1,5 +1,7 @@
 #include "collect/kraid_raw_data.h"
 
+#include <utility>
+
 KRaidRawData::KRaidRawData(std::string_view tool_path, std::string_view command,
                            int controller_number, std::string_view option,
                            std::string_view output) {
@@ -19,8 +21,9 @@ NKVXHMZ20::TCIMValue KRaidRawData::GetRawData() const {
   using NKVXHMZ20::TCIMValue;
   TCIMValue result;
   if (!lines_.empty()) {
-    const TCIMValue::Array values(lines_.begin(), lines_.end());
-    result.Set(TCIMValue::TCIMType(TCIMValue::kString), values.size(), values);
+    TCIMValue::Array values(lines_.begin(), lines_.end());
+    const std::size_t count = values.size();
+    result.Set(TCIMValue::TCIMType(TCIMValue::kString), count, std::move(values));
   }
   return result;
 }

@@ -4,8 +4,13 @@
 
 #include "model/array_stripe_order.h"
 #include "model/display.h"
+#include "model/kraid_bst_data.h"
+#include "model/kraid_event_data.h"
+#include "model/kraid_event_ddd_data.h"
+#include "model/kraid_event_words.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
+#include "model/kraid_sub_stat_data.h"
 #include "model/label_row.h"
 
 KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
@@ -90,6 +95,30 @@ void KRaidController::AddPhysicalDevice(std::unique_ptr<KRaidPhysicalDevice> rec
 
 void KRaidController::AddArrayStripeOrder(std::unique_ptr<ArrayStripeOrder> record) {
   array_stripe_orders_.push_back(std::move(record));
+}
+
+void KRaidController::AddBstData(std::unique_ptr<KRaidBstData> record) {
+  bst_data_.push_back(std::move(record));
+}
+
+void KRaidController::AddEventData(std::unique_ptr<KRaidEventData> record) {
+  event_data_.push_back(std::move(record));
+}
+
+void KRaidController::AddEventDddData(std::unique_ptr<KRaidEventDddData> record) {
+  event_ddd_data_.push_back(std::move(record));
+}
+
+void KRaidController::AddSubStatData(std::unique_ptr<KRaidSubStatData> record) {
+  sub_stat_data_.push_back(std::move(record));
+}
+
+void KRaidController::AddEventSoftData(std::unique_ptr<KRaidEventSoftData> record) {
+  event_soft_data_ = std::move(record);
+}
+
+void KRaidController::AddEventHardData(std::unique_ptr<KRaidEventHardData> record) {
+  event_hard_data_ = std::move(record);
 }
 
 void KRaidController::DisplayAll() const {

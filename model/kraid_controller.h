@@ -11,8 +11,14 @@
 #include "model/owned.h"
 
 class ArrayStripeOrder;
+class KRaidBstData;
+class KRaidEventData;
+class KRaidEventDddData;
+class KRaidEventHardData;
+class KRaidEventSoftData;
 class KRaidLogicalDevice;
 class KRaidPhysicalDevice;
+class KRaidSubStatData;
 
 /// One RAID controller: the root of the model. It owns its child records, which are kept in the
 /// order in which they were added.
@@ -111,6 +117,13 @@ class KRaidController {
   void AddLogicalDevice(std::unique_ptr<KRaidLogicalDevice> record);
   void AddPhysicalDevice(std::unique_ptr<KRaidPhysicalDevice> record);
   void AddArrayStripeOrder(std::unique_ptr<ArrayStripeOrder> record);
+  void AddBstData(std::unique_ptr<KRaidBstData> record);
+  void AddEventData(std::unique_ptr<KRaidEventData> record);
+  void AddEventDddData(std::unique_ptr<KRaidEventDddData> record);
+  void AddSubStatData(std::unique_ptr<KRaidSubStatData> record);
+  /// There is one log of each kind: a second one takes the place of the first.
+  void AddEventSoftData(std::unique_ptr<KRaidEventSoftData> record);
+  void AddEventHardData(std::unique_ptr<KRaidEventHardData> record);
 
   std::vector<KRaidLogicalDevice*> GetLogicalDevices() const {
     return PointersTo(logical_devices_);
@@ -121,6 +134,13 @@ class KRaidController {
   std::vector<ArrayStripeOrder*> GetArrayStripeOrder() const {
     return PointersTo(array_stripe_orders_);
   }
+  std::vector<KRaidBstData*> GetBstData() const { return PointersTo(bst_data_); }
+  std::vector<KRaidEventData*> GetEventData() const { return PointersTo(event_data_); }
+  std::vector<KRaidEventDddData*> GetEventDddData() const { return PointersTo(event_ddd_data_); }
+  std::vector<KRaidSubStatData*> GetSubStatData() const { return PointersTo(sub_stat_data_); }
+  /// Null when there is none.
+  KRaidEventSoftData* GetEventSoftData() const { return event_soft_data_.get(); }
+  KRaidEventHardData* GetEventHardData() const { return event_hard_data_.get(); }
 
   /// Writes the identity and version fields to standard output.
   void DisplayAll() const;
@@ -129,6 +149,12 @@ class KRaidController {
   std::vector<std::unique_ptr<KRaidLogicalDevice>> logical_devices_;
   std::vector<std::unique_ptr<KRaidPhysicalDevice>> physical_devices_;
   std::vector<std::unique_ptr<ArrayStripeOrder>> array_stripe_orders_;
+  std::vector<std::unique_ptr<KRaidBstData>> bst_data_;
+  std::vector<std::unique_ptr<KRaidEventData>> event_data_;
+  std::vector<std::unique_ptr<KRaidEventDddData>> event_ddd_data_;
+  std::vector<std::unique_ptr<KRaidSubStatData>> sub_stat_data_;
+  std::unique_ptr<KRaidEventSoftData> event_soft_data_;
+  std::unique_ptr<KRaidEventHardData> event_hard_data_;
   std::string controller_num_;
   std::string controller_type_;
   std::string controller_status_;

@@ -1,0 +1,39 @@
+#include "model/kraid_event_ddd_data.h"
+
+#include <cstdio>
+
+#include "model/bar_row.h"
+#include "model/display.h"
+
+void KRaidEventDddData::SetConfigData(CollectedData* cursor, const std::string& controller_num,
+                                      int record_num) {
+  controller_num_ = controller_num;
+  const std::string line = cursor->GetCurrentLine();
+  BarRow row(line);
+  date_value_ = row.NextColumn();
+  time_value_ = row.NextColumn();
+  const std::string& date = date_value_;
+  const std::string& time = time_value_;
+  // By fixed positions; substr throws where a text ends before one.
+  const std::string stamp = date.substr(6, 4) + date.substr(0, 2) + date.substr(3, 2) +
+                            time.substr(0, 2) + time.substr(3, 2) + time.substr(6, 2) +
+                            ".000000+000";
+  channel_value_ = row.NextColumn();
+  id_value_ = row.NextColumn();
+  reason_value_ = row.NextColumn();
+  description_value_ = row.Rest();
+  date_time_value_ = std::make_unique<NKVXHMZ20::TCIMDateTime>(stamp);
+  char record_id[12];
+  std::snprintf(record_id, sizeof record_id, "%04x", static_cast<unsigned int>(record_num));
+  record_id_value_ = record_id;
+}
+
+void KRaidEventDddData::DisplayAll() const {
+  DisplayFields({{"Controller number", controller_num_},
+                 {"Date ", date_value_},
+                 {"Time ", time_value_},
+                 {"Channel ", channel_value_},
+                 {"ID ", id_value_},
+                 {"Reason ", reason_value_},
+                 {"Description ", description_value_}});
+}
