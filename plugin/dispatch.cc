@@ -7,9 +7,6 @@ namespace {
 /// Known on purpose to publish nothing: hosts ask for these classes and expect no instance.
 void PublishNothing(const PublishContext& /*context*/) {}
 
-/// Known, but what fills it is not built in yet.
-constexpr auto kNotBuiltIn = PublishNothing;
-
 constexpr DispatchEntry kEntries[] = {
     {"KVXSG_krRawData", PublishRawData},
     {"KVXSG_krSCSIProtocolController", PublishControllers},
@@ -17,13 +14,13 @@ constexpr DispatchEntry kEntries[] = {
     {"KVXSG_krDiskGroup", PublishDiskGroups},
     {"KVXSG_krDiskDrive", PublishDiskDrives},
     {"KVXSG_DiskGroup", PublishNothing},
-    {"KVXSG_BadStripeData", kNotBuiltIn},
-    {"KVXSG_krSCSIDeviceData", kNotBuiltIn},
-    {"KVXSG_krSCSISubStatData", kNotBuiltIn},
-    {"KVXSG_LogRecord_SoftEvent", kNotBuiltIn},
-    {"KVXSG_LogRecord_krDDD", kNotBuiltIn},
-    {"KVXSG_LogRecord_HardEvent", kNotBuiltIn},
-    {"KVXSG_LogRecord_RAIDMgrEvent", kNotBuiltIn},
+    {"KVXSG_BadStripeData", PublishBadStripes},
+    {"KVXSG_krSCSIDeviceData", PublishDeviceData},
+    {"KVXSG_krSCSISubStatData", PublishSubStatData},
+    {"KVXSG_LogRecord_SoftEvent", PublishSoftEvents},
+    {"KVXSG_LogRecord_krDDD", PublishDddEvents},
+    {"KVXSG_LogRecord_HardEvent", PublishHardEvents},
+    {"KVXSG_LogRecord_RAIDMgrEvent", PublishManagerEvents},
     {"KVXSG_krFirmwareVersion", PublishFirmwareVersions},
     {"KVXSG_krBootBlockVersion", PublishBootBlockVersions},
     {"KVXSG_krDiskDriveVersion", PublishDiskDriveVersions},
@@ -37,8 +34,8 @@ constexpr DispatchEntry kEntries[] = {
     {"KVXSG_krBootBlockOnController", PublishBootBlockOnController},
     {"KVXSG_krFirmwareOnDiskDrive", PublishFirmwareOnDiskDrive},
     {"KVXSG_krBiosOnController", PublishBiosOnController},
-    {"KVXSG_ElementKrScsiDeviceData", kNotBuiltIn},
-    {"KVXSG_ElementBadStripeData", kNotBuiltIn},
+    {"KVXSG_ElementKrScsiDeviceData", PublishElementDeviceData},
+    {"KVXSG_ElementBadStripeData", PublishElementBadStripes},
 };
 
 }  // namespace

@@ -1,16 +1,29 @@
 #include "plugin/instance_index.h"
 
-InstanceIndex::InstanceIndex(const PublishContext& context, const char* class_name,
-                             const char* property) {
+Instances CommittedInstances(const PublishContext& context, const char* class_name) {
   Instances instances;
   context.cim_namespace->GetClass(class_name)
       ->EnumerateInstances(NKVXHMZ20::TAddToVectorCallback<NKVXHMZ20::ICIMInstance>(&instances));
-  for (const auto& instance : instances) {
-    by_text_[instance->GetProperty(property)->GetValue().ToString()].push_back(instance);
+  return instances;
+}
+
+std::string TextOf(NKVXHMZ20::ICIMInstance& instance,
+                   std::initializer_list<const char*> properties) {
+  std::string text;
+  for (const char* property : properties) {
+    text += instance.GetProperty(property)->GetValue().ToString();
+  }
+  return text;
+}
+
+InstanceIndex::InstanceIndex(const PublishContext& context, const char* class_name,
+                             std::initializer_list<const char*> properties) {
+  for (const auto& instance : CommittedInstances(context, class_name)) {
+    by_text_[TextOf(*instance, properties)].push_back(instance);
   }
 }
 
-const InstanceIndex::Instances& InstanceIndex::All(const std::string& text) const {
+const Instances& InstanceIndex::All(const std::string& text) const {
   static const Instances kNone;
   const auto found = by_text_.find(text);
   return found == by_text_.end() ? kNone : found->second;

@@ -8,8 +8,8 @@ using NKVXHMZ20::TCIMValue;
 TCIMValue MachineName() { return NKVXHMZ20::TOSSpecific::GetMachineName(); }
 
 TCIMValue StringArray(std::initializer_list<std::string> texts) {
-  const TCIMValue::Array elements(texts.begin(), texts.end());
-  return {TCIMValue::TCIMType(TCIMValue::kString), elements.size(), elements};
+  return {TCIMValue::TCIMType(TCIMValue::kString), texts.size(),
+          TCIMValue::Array(texts.begin(), texts.end())};
 }
 
 void LogPublishing(const char* text) { LogMessage(std::string(text) + "inside KrPlugin"); }

@@ -13,11 +13,14 @@
 #include "hmz/cim_value.h"
 #include "model/kraid_controller.h"
 
+class CollectRaidMgrData;
+
 /// What the publishing of one requested class works with.
 struct PublishContext {
   boost::shared_ptr<NKVXHMZ20::ICIMNamespace> cim_namespace;
   boost::shared_ptr<NKVXHMZ20::ICIMClass> cim_class;  // the requested one
   KraidCollectData& collector;
+  CollectRaidMgrData& manager_log;
 };
 
 /// One property of a published class. Tables of rows are in the order in which the properties are

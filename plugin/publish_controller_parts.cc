@@ -10,8 +10,8 @@ using NKVXHMZ20::TCIMValue;
 // The controller's number alone ties a part to its controller. Of several controller instances
 // with the same number the first counts; of the parts each one, duplicates included.
 void PublishControllerParts(const PublishContext& context, const char* part_class) {
-  const InstanceIndex controllers(context, "KVXSG_krSCSIProtocolController", "ControllerNum");
-  const InstanceIndex parts(context, part_class, "ControllerNum");
+  const InstanceIndex controllers(context, "KVXSG_krSCSIProtocolController", {"ControllerNum"});
+  const InstanceIndex parts(context, part_class, {"ControllerNum"});
   for (const KRaidController* controller : context.collector.GetControllers()) {
     const std::string number = controller->GetControllerNum();
     NKVXHMZ20::ICIMInstance* antecedent = controllers.First(number);

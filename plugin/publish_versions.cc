@@ -88,8 +88,8 @@ void PublishRunsOn(const PublishContext& context, const InstanceIndex& dependent
 void PublishRunsOnControllers(const PublishContext& context, const char* version_class,
                               const char* key_property,
                               std::string (*key)(const KRaidController&)) {
-  const InstanceIndex controllers(context, "KVXSG_krSCSIProtocolController", "ControllerNum");
-  const InstanceIndex versions(context, version_class, key_property);
+  const InstanceIndex controllers(context, "KVXSG_krSCSIProtocolController", {"ControllerNum"});
+  const InstanceIndex versions(context, version_class, {key_property});
   for (const KRaidController* controller : context.collector.GetControllers()) {
     PublishRunsOn(context, controllers, controller->GetControllerNum(), versions, key(*controller));
   }
@@ -139,8 +139,8 @@ void PublishBiosOnController(const PublishContext& context) {
 }
 
 void PublishFirmwareOnDiskDrive(const PublishContext& context) {
-  const InstanceIndex drives(context, "KVXSG_krDiskDrive", "DeviceID");
-  const InstanceIndex versions(context, "KVXSG_krDiskDriveVersion", "SoftwareElementID");
+  const InstanceIndex drives(context, "KVXSG_krDiskDrive", {"DeviceID"});
+  const InstanceIndex versions(context, "KVXSG_krDiskDriveVersion", {"SoftwareElementID"});
   for (const KRaidController* controller : context.collector.GetControllers()) {
     for (const KRaidPhysicalDevice* device : controller->GetPhysicalDevices()) {
       if (!IsAssociated(device->GetDeviceType())) continue;

@@ -10,6 +10,13 @@ void PublishControllers(const PublishContext& context);
 void PublishLogicalDisks(const PublishContext& context);
 void PublishDiskGroups(const PublishContext& context);
 void PublishDiskDrives(const PublishContext& context);
+void PublishBadStripes(const PublishContext& context);
+void PublishDeviceData(const PublishContext& context);
+void PublishSubStatData(const PublishContext& context);
+void PublishSoftEvents(const PublishContext& context);
+void PublishDddEvents(const PublishContext& context);
+void PublishHardEvents(const PublishContext& context);
+void PublishManagerEvents(const PublishContext& context);
 void PublishFirmwareVersions(const PublishContext& context);
 void PublishBootBlockVersions(const PublishContext& context);
 void PublishDiskDriveVersions(const PublishContext& context);
@@ -24,5 +31,7 @@ void PublishFirmwareOnController(const PublishContext& context);
 void PublishBootBlockOnController(const PublishContext& context);
 void PublishFirmwareOnDiskDrive(const PublishContext& context);
 void PublishBiosOnController(const PublishContext& context);
+void PublishElementDeviceData(const PublishContext& context);
+void PublishElementBadStripes(const PublishContext& context);
 
 #endif  // PLUGIN_PUBLISHERS_H_
