@@ -13,6 +13,7 @@
 #include "collect/kraid_collect_data.h"
 #include "hmz/exception.h"
 #include "plugin/dispatch.h"
+#include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/host_services.h"
 #include "standin/repository.h"
 
@@ -46,11 +47,12 @@ std::unique_ptr<KraidCollectData> CollectMachine(int drives) {
 /// Publishes the machine into an empty repository; the time in seconds.
 double PublishAll(KraidCollectData& collector) {
   const auto repository = boost::make_shared<standin::Repository>();
+  CollectRaidMgrData manager_log(nullptr, "/absent/");
   const auto start = std::chrono::steady_clock::now();
   for (const char* name :
        {"KVXSG_krSCSIProtocolController", "KVXSG_krDiskDrive", "KVXSG_krDiskDriveVersion",
         "KVXSG_krProtocolControllerForPhysicalDisk", "KVXSG_krFirmwareOnDiskDrive"}) {
-    Publish(name, {repository, repository->GetClass(name), collector});
+    Publish(name, {repository, repository->GetClass(name), collector, manager_log});
   }
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
   benchmark::DoNotOptimize(repository->GetCommitted().size());

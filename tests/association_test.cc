@@ -7,6 +7,7 @@
 #include "model/kraid_physical_device.h"
 #include "plugin/dispatch.h"
 #include "plugin/identifiers.h"
+#include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/repository.h"
 #include "tests/fake_host.h"
 
@@ -41,7 +42,8 @@ class Associations : public testing::Test {
 
   void Publish(const Texts& classes) {
     for (const std::string& name : classes) {
-      ::Publish("KVXSG_" + name, {repository_, repository_->GetClass("KVXSG_" + name), collector_});
+      ::Publish("KVXSG_" + name,
+                {repository_, repository_->GetClass("KVXSG_" + name), collector_, manager_log_});
     }
   }
 
@@ -78,6 +80,7 @@ class Associations : public testing::Test {
 
   FakeHost host_;
   KraidCollectData collector_{nullptr};
+  CollectRaidMgrData manager_log_{nullptr, "/absent/"};
   boost::shared_ptr<standin::Repository> repository_ = boost::make_shared<standin::Repository>();
 };
 
@@ -165,6 +168,62 @@ TEST_F(Associations, NameFirmwareByTheDevicesType) {
           "");
   Publish({"krDiskDriveVersion"});
   EXPECT_EQ(All("krDiskDriveVersion", "Name"), (Texts{"KelvaRAID Disk", "KelvaRAID Disk"}));
+}
+
+TEST_F(Associations, TieStatisticsToTheirDrives) {
+  // Channel 2 comes without a line end, and so has the SCSI ID to: a line without a colon has none.
+  std::string device = Device(" Hard disk", "", "d");
+  device.replace(device.find("SCSI ID :"), 9, "SCSI ID ");
+  std::string enclosure = Device(" Enclosure", "", "e");
+  enclosure.replace(enclosure.find("SCSI ID :"), 9, "SCSI ID ");
+  host_.outputs["./kraid/kelvcmd getevent 1 device"] =
+      "Device event table:\n1\n2\n| 2 | | 1 |\n| 2 | 5 | 1 |\n| 2 | | 2 |\n"
+      "Command completed successfully\n";
+  Collect(Config("", device + Device(" Hard disk", "5", "five") + enclosure), "");
+  const std::string association = "ElementKrScsiDeviceData";
+  const auto ends = [&] {
+    Texts texts;
+    for (const auto& instance : repository_->GetCommitted()) {
+      if (*instance->class_name != "KVXSG_" + association) continue;
+      EXPECT_EQ(*instance->properties[0].name, "Stats");
+      EXPECT_EQ(*instance->properties[1].name, "ManagedElement");
+      texts.push_back(instance->properties[0].value.ToString() + " of " +
+                      instance->properties[1].value.GetReference().GetKeys()[3].second.ToString());
+    }
+    return texts;
+  };
+  Publish({"krSCSIDeviceData", association});
+  EXPECT_EQ(ends(), Texts{});  // without a drive there is none
+  Publish({"krDiskDrive", association});
+  const std::string one = "KVXSG_krSCSIDeviceData.InstanceID=\"KelvaRAID:1C2S\" of C1 CH2 I00:d\n";
+  EXPECT_EQ(ends(), (Texts{one, one}));  // each of the two rows
+}
+
+TEST_F(Associations, TieBadStripesToDisksByNumbersThatRunTogether) {
+  const auto commit = [&](const char* class_name, const Texts& names, const Texts& values) {
+    const auto instance = repository_->GetClass(class_name)->CreateInstance({});
+    for (const char* key : {"SystemCreationClassName", "SystemName", "CreationClassname"}) {
+      instance->SetPropertyValue(key, "x", {});
+    }
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      instance->SetPropertyValue(names[i], values[i], {});
+    }
+    instance->Commit({});
+  };
+  for (const Texts& values : {Texts{"1", "12", "a"}, Texts{"11", "2", "b"}, Texts{"1", "3", "c"}}) {
+    commit("KVXSG_krLogicalDisk", {"ControllerNum", "LogicalDriveNum", "DeviceID"}, values);
+  }
+  for (const Texts& values : {Texts{"1", "12", "A"}, Texts{"1", "1", "B"}, Texts{"11", "2", "C"}}) {
+    commit("KVXSG_BadStripeData", {"ControllerNum", "LogicalDrive", "InstanceID"}, values);
+  }
+  Publish({"ElementBadStripeData"});
+  Texts ends;
+  for (const auto& instance : repository_->GetCommitted()) {
+    if (*instance->class_name != "KVXSG_ElementBadStripeData") continue;
+    ends.push_back(instance->Find("Stats")->GetReference().GetKeys()[0].second.ToString() +
+                   instance->Find("ManagedElement")->GetReference().GetKeys()[3].second.ToString());
+  }
+  EXPECT_EQ(ends, (Texts{"Aa", "Ca", "Ab", "Cb"}));
 }
 
 TEST_F(Associations, FormDeviceIdentifiersFromNumbersAndTexts) {

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
+#include <filesystem>
+#include <fstream>
 
 #include "collect/kraid_collect_data.h"
 #include "hmz/root_object.h"
 #include "plugin/dispatch.h"
 #include "plugin/kraid_callbacks.h"
 #include "plugin/publishers.h"
+#include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/registry.h"
 #include "standin/repository.h"
 #include "standin/schema.h"
@@ -91,9 +94,10 @@ class Publishing : public testing::Test {
   std::vector<std::pair<std::string, std::string>> CallsOf(const std::string& class_name) {
     KraidCollectData collector(nullptr);
     collector.InitData();
+    CollectRaidMgrData manager_log(nullptr, "/absent/");
     host_.log.clear();
     const auto recorder = boost::make_shared<RecordingClass>();
-    Publish(class_name, {nullptr, recorder, collector});
+    Publish(class_name, {nullptr, recorder, collector, manager_log});
     return recorder->calls;
   }
 
@@ -144,6 +148,20 @@ TEST_F(Publishing, SetsThePropertiesOfPartsInTheirOrder) {
       "SCSI ID : 12\nPFA (Yes/No) : 13\nState : 14\nSize (in MB)/(in sectors) : 15\n"
       "Device ID :0123456789abcdefghijklmnopqrst\nFRU part number : 16\n"
       "Command completed successfully\n";
+  host_.outputs["./kraid/kelvcmd getbst 2 device"] =
+      "Get bad stripe information\nLogical drive 7 - 17 x\nend\n";
+  host_.outputs["./kraid/kelvcmd getevent 2 device"] =
+      "Device event table:\n1\n2\n| 1 | 12 | 3 | 4 | 5 | 6 | 7 |\n"
+      "Command completed successfully\n";
+  host_.outputs["./kraid/kelvcmd getevent 2 ddd"] =
+      "+---+\n1 | 03/15/2004 | 14:02:09 | 1 | 3 | 05 | failed\nCommand completed successfully\n";
+  host_.outputs["./kraid/kelvcmd getevent 2 soft"] =
+      "Controller Soft Event Log\n1A\nff\nCommand completed successfully\n";
+  host_.outputs["./kraid/kelvcmd getevent 2 hard"] =
+      "Controller Hard Event Log\nCommand completed successfully\n";
+  host_.outputs["./kraid/kelvcmd getsubstat 2 device"] =
+      "A:9 C:1 I:2 PARAMS:3 REQ-OFF:4 MAX-TXER-P:5 CUR-TXER-P:6 \n"
+      "Command completed successfully\n";
   const struct {
     const char* class_name;
     const char* settings;  // without line ends
@@ -164,6 +182,32 @@ TEST_F(Publishing, SetsThePropertiesOfPartsInTheirOrder) {
        "State= 14 Size= 15 DeviceCode=0123456789abcdef DeviceSerialNum=klmnopqr FRU= 16 "
        "Firmware=hijk Vendor= Model= Enclosure= TransferSpeed= ReportedChannel= WorldWideName= "
        "WriteCache= commit= "},
+      {"KVXSG_BadStripeData",
+       "create= InstanceID=KelvaRAID:2LD7 ControllerNum=2 LogicalDrive=7 NumBadStripes=17 "
+       "commit= "},
+      {"KVXSG_krSCSIDeviceData",
+       "create= InstanceID=KelvaRAID:2C1S12 StatisticTime=20240517102030.000400+120 "
+       "ControllerNum=2 Channel=1 Misc=7 NumHardErrors=5 NumParityErrors=3 NumSoftErrors=4 PFA=6 "
+       "ScsiId=12 commit= "},
+      {"KVXSG_krSCSISubStatData",
+       "create= ControllerNum=9 StatisticTime=20240517102030.000400+120 Channel=1 ScsiId=2 "
+       "InstanceID=KelvaRAID:9C1S2 Params=3 Req_Off=4 Max_Txer_P=5 Cur_Txer_p=6 commit= "},
+      {"KVXSG_LogRecord_SoftEvent",
+       "create= CreationClassName=KVXSG_LogRecord_SoftEvent "
+       "LogCreationClassName=KVXSG_LogRecord_SoftEvent LogName=KVXSG_LogRecord_SoftEvent "
+       "MessageTimestamp=20000101010101.000001+001 RecordID=1 ControllerNum=2 "
+       "NumEntries=Controller Soft Event Log HexSoftEvent={26, 255} commit= "},
+      {"KVXSG_LogRecord_HardEvent",
+       "create= CreationClassName=KVXSG_LogRecord_SoftEvent "
+       "LogCreationClassName=KVXSG_LogRecord_SoftEvent LogName=KVXSG_LogRecord_SoftEvent "
+       "ControllerNum=2 MessageTimestamp=20000101010101.000001+001 RecordID=1 "
+       "NumEntries=Controller Hard Event Log HexHardEvent={} commit= "},
+      {"KVXSG_LogRecord_krDDD",
+       "create= CreationClassName=KVXSG_LogRecord_krDDD LogCreationClassName=KVXSG_LogRecord_krDDD "
+       "LogName=KVXSG_LogRecord_krDDD Controller=2 MessageTimestamp=20040315140209.000000+000 "
+       "RecordID=0001 Date=03/15/2004 Time=14:02:09 Channel=1 ID=3 Reason=05 Descrip=failed "
+       "commit= "},
+      {"KVXSG_LogRecord_RAIDMgrEvent", ""},  // no manager here
   };
   for (const auto& c : cases) {
     std::string settings;
@@ -176,8 +220,10 @@ TEST_F(Publishing, SetsThePropertiesOfPartsInTheirOrder) {
 TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
   KraidCollectData collector(nullptr);
   collector.InitData();
+  CollectRaidMgrData manager_log(nullptr, "/absent/");
   standin::Repository repository;
-  Publish("KVXSG_krRawData", {nullptr, repository.GetClass("KVXSG_krRawData"), collector});
+  Publish("KVXSG_krRawData",
+          {nullptr, repository.GetClass("KVXSG_krRawData"), collector, manager_log});
   ASSERT_EQ(repository.GetCommitted().size(), 2U);
   const auto& first = *repository.GetCommitted()[0];
   EXPECT_EQ(first.Find("Command")->ToString(), "./kraid/kelvcmd getbst 1 device");
@@ -185,10 +231,54 @@ TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
   EXPECT_EQ(repository.GetCommitted()[1]->Find("RawResults")->GetArray().size(), 8U);
 }
 
+TEST_F(Publishing, PublishesTheManagersEventsAcrossRequests) {
+  std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+  const std::filesystem::path folder = mkdtemp(pattern.data());
+  std::ofstream(folder / "KelvMgr.sh") << "";
+  std::ofstream(folder / "KelvEvtA.log") << "2005/01/05 13:02:03 JST\tINF\tm\ta\n\tERR\tn\tb\n";
+  KraidCollectData collector(nullptr);
+  CollectRaidMgrData manager_log(nullptr, folder.string() + "/");
+  const auto publish = [&](const std::string& class_name) {
+    host_.log.clear();
+    const auto recorder = boost::make_shared<RecordingClass>();
+    Publish(class_name, {nullptr, recorder, collector, manager_log});
+    std::string settings;
+    for (const auto& [name, value] : recorder->calls) settings += name + "=" + value + " ";
+    return settings;
+  };
+  const auto entry = [](const std::string& time, const std::string& severity,
+                        const std::string& machine, const std::string& message) {
+    return "create= CreationClassName=KVXSG_LogRecord_RAIDMgrEvent "
+           "LogCreationClassName=KVXSG_LogRecord_RAIMgrEvent LogName=KelvaRAID Manager "
+           "MessageTimestamp=" +
+           time + " RecordID=1 Severity=" + severity + " MachineName=" + machine +
+           " Message=" + message + " commit= ";
+  };
+  const std::string now = "20240517102030.000400+120";
+  const std::string events = "KVXSG_LogRecord_RAIDMgrEvent";
+  EXPECT_EQ(publish(events), entry(now, "INF", "", "SpawnedProcess: ./kraid/krmgr.sh ") +
+                                 entry("20050105130203.000000+540", "INF", "m", "a\n") +
+                                 entry("00000000000000.000000+000", "ERR", "n", "b\n"));
+  // The entry that was read last once more; behind that, the entry that tells of the end.
+  EXPECT_EQ(publish(events), entry("00000000000000.000000+000", "ERR", "n", "b\n"));
+  EXPECT_EQ(host_.log, std::vector<std::string>{"3|Unexpected end of file reached."});
+  EXPECT_EQ(publish(events), entry(now, "INF", "n", "No RAID Manager log entries."));
+
+  EXPECT_NE(publish("KVXSG_krRawData").find("Command=" + folder.string() + "/KelvEvtA.log   "),
+            std::string::npos);
+  EXPECT_EQ(host_.log, std::vector<std::string>{"3|KraidRawDataVector is empty: inside KrPlugin"});
+  std::ofstream(folder / "KelvEvtA.log") << "";
+  CollectRaidMgrData empty_log(nullptr, folder.string() + "/");
+  Publish("KVXSG_krRawData", {nullptr, boost::make_shared<RecordingClass>(), collector, empty_log});
+  EXPECT_EQ(host_.log.back(), "3|RaidMgrLog is empty: inside KrPlugin");
+  std::filesystem::remove_all(folder);
+}
+
 TEST_F(Publishing, LogsThatThereAreNoRawOutputs) {
   host_.outputs.clear();
   EXPECT_TRUE(CallsOf("KVXSG_krRawData").empty());
-  EXPECT_EQ(host_.log, std::vector<std::string>{"3|KraidRawDataVector is empty: inside KrPlugin"});
+  EXPECT_EQ(host_.log, (std::vector<std::string>{"3|KraidRawDataVector is empty: inside KrPlugin",
+                                                 "3|RaidMgrLog does not exist: inside KrPlugin"}));
 }
 
 TEST_F(Publishing, PassesOverOtherNamesWithoutAWord) {

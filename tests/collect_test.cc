@@ -1,13 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "collect/kelvcmd_data.h"
 #include "collect/kraid_collect_data.h"
 #include "collect/kraid_raw_data.h"
 #include "model/array_stripe_order.h"
+#include "model/kraid_bst_data.h"
+#include "model/kraid_event_data.h"
+#include "model/kraid_event_ddd_data.h"
+#include "model/kraid_event_words.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
+#include "model/kraid_sub_stat_data.h"
 #include "tests/fake_host.h"
 
 namespace {
@@ -112,8 +118,8 @@ TEST(KelvcmdData, ReadsOnWhateverASectionLacks) {
       {"no controller section", "Physical device information\n", "", 8, 0},
       {"no device section: logs are read, nothing is published", "Controller information\n", "",
        8 + 6, 0},
-      {"empty DDD log", kMinimalConfig, "heading\n+---+\n| No entries |\n", 8 + 4, 1},
-      {"DDD log with entries", kMinimalConfig, "+---+\n| Date |\n", 8 + 7, 1},
+      {"empty DDD log", kMinimalConfig, "heading\n+---+\n| None |\n", 8 + 4, 1},
+      {"DDD log with entries", kMinimalConfig, "+---+\nCommand completed successfully\n", 8 + 7, 1},
       {"DDD log without a rule", kMinimalConfig, "No log\n", 8 + 7, 1},
   };
   for (const auto& c : cases) {
@@ -128,19 +134,94 @@ TEST(KelvcmdData, ReadsOnWhateverASectionLacks) {
   }
 }
 
+constexpr char kDddRow[] = "1 | 03/15/2004 | 14:02:09 | 1 | 3 | 05 | Drive failed\n";
+
 TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
-  for (const char* truncated : {"getconfig 2 al", "getevent 2 ddd"}) {
-    SCOPED_TRACE(truncated);
+  const std::pair<const char*, std::string> truncated[] = {
+      {"getconfig 2 al", "Controller information\nLogical drive information\nrule\n"},
+      {"getconfig 2 al", "Controller information\nArray A stripe order (Channel/SCSI ID) : 1\n"},
+      {"getconfig 2 al", "Controller information\nPhysical device information\nrule\n#1:\nrule\n"},
+      {"getbst 2 device", "Get bad stripe information\nLogical drive 1 - 17 stripes\n"},
+      {"getevent 2 device", "Device event table:\nrule\nhead\n--\n| 1 |\n"},
+      {"getevent 2 ddd", "+---\n"},
+      {"getevent 2 ddd", std::string("+---\n") + kDddRow},
+      {"getevent 2 ddd", "+---\n1 | 03/15 | 14:02:09 |\nCommand completed successfully\n"},
+      {"getevent 2 soft", "Controller Soft Event Log\n1\n"},
+      {"getevent 2 hard", "Controller Hard Event Log\n1\n"},
+      {"getsubstat 2 device", "A:1\n"},
+  };
+  for (const auto& [command, output] : truncated) {
+    SCOPED_TRACE(output);
     FakeHost host;
     host.outputs[Command("getconfig 1 al")] = kMinimalConfig;
     host.outputs[Command("getconfig 2 al")] = kMinimalConfig;
-    host.outputs[Command(truncated)] =
-        "Controller information\nPhysical device information\n+---\n";
+    host.outputs[Command(command)] = output;
     KelvcmdData collector(nullptr);
     EXPECT_THROW(collector.InitData(0), std::out_of_range);
-    EXPECT_EQ(host.runs.back(), Command(truncated));
+    EXPECT_EQ(host.runs.back(), Command(command));
     EXPECT_EQ(NumbersOf(collector.GetControllers()).front(), "1");  // what was found stays
   }
+}
+
+TEST(KelvcmdData, WalksTheLogs) {
+  FakeHost host;
+  host.outputs[Command("getconfig 1 al")] = kMinimalConfig;
+  host.outputs[Command("getbst 1 device")] =
+      "Get bad stripe information\nwhatever\nLogical drive 2 - 5 x\n-\nend\n- 7 x\n";
+  host.outputs[Command("getevent 1 device")] =
+      "Device event table:\n| a |\n| b |\n--\n| 1 |\n-- | no row | --\n| 2 |\nController 1\n"
+      "| 3 |\n";
+  host.outputs[Command("getevent 1 ddd")] = std::string("| No |\n+---+\n") + kDddRow +
+                                            "rule - | x\n" + kDddRow +
+                                            "1 | 99/99/2004 | 14:02:09 |\n" + kDddRow;
+  host.outputs[Command("getevent 1 soft")] =
+      "Controller Soft Event Log\n5\nCommand completed successfully\n";
+  host.outputs[Command("getevent 1 hard")] =
+      "Controller Hard Event Log\nCommand completed successfully\n";
+  host.outputs[Command("getsubstat 1 device")] =
+      "head\nA:9 C:1 \nother\nCommand completed successfully\nA:8 \n";
+  KelvcmdData collector(nullptr);
+  collector.InitData(4);
+  ASSERT_EQ(collector.GetControllers().size(), 1U);
+  const KRaidController& controller = *collector.GetControllers()[0];
+
+  Texts bad_stripes;
+  for (const KRaidBstData* record : controller.GetBstData()) {
+    bad_stripes.push_back(record->GetControllerNum() + "/" + record->GetLogicalDriveNum() + "/" +
+                          record->GetBadStripeNum());
+  }
+  // The first line is taken for a row, whatever it is.
+  EXPECT_EQ(bad_stripes, (Texts{"5//", "5/2/5", "5//0"}));
+  Texts channels;
+  for (const KRaidEventData* record : controller.GetEventData()) {
+    channels.push_back(record->GetControllerNum() + "/" + record->GetChannelValue());
+  }
+  EXPECT_EQ(channels, (Texts{"5/1", "5/2"}));
+  Texts entries;
+  for (const KRaidEventDddData* record : controller.GetEventDddData()) {
+    entries.push_back(record->GetControllerNum() + "/" + record->GetRecordIdValue());
+  }
+  EXPECT_EQ(entries, (Texts{"5/0001", "5/0002"}));
+  EXPECT_EQ(host.log.back(), "3|Kelvcmd aborted: no such tool");
+  EXPECT_EQ(std::count(host.log.begin(), host.log.end(),
+                       "3|Time Stamp is junk: Quit DDD data collection"),
+            1);
+  // The junk ended its own log only.
+  EXPECT_EQ(controller.GetEventSoftData()->GetSoftEventValues(), std::vector<std::uint32_t>{5});
+  EXPECT_TRUE(controller.GetEventHardData()->GetHardEventValues().empty());
+  Texts statistics;
+  for (const KRaidSubStatData* record : controller.GetSubStatData()) {
+    statistics.push_back(record->GetInstanceIDValue());
+  }
+  EXPECT_EQ(statistics, (Texts{"KelvaRAID:9C1S", "KelvaRAID:CS"}));
+}
+
+TEST(KelvcmdData, ReadsTheLogsOfAControllerThatIsNotPublished) {
+  FakeHost host;
+  host.outputs[Command("getconfig 1 al")] = "Controller information\n";
+  host.outputs[Command("getsubstat 1 device")] = "A:1\n";
+  KelvcmdData collector(nullptr);
+  EXPECT_THROW(collector.InitData(0), std::out_of_range);
 }
 
 std::string Drive(const std::string& heading) {

@@ -62,12 +62,19 @@ TEST_F(Printing, WritesEveryKindOfValue) {
 
   EXPECT_EQ(Print({"host \"x\"", 1, {{"what", "why"}}, repository}),
             R"({
-  "format_version": [1,0],
-  "generator": {"name":"kraid-inventory","version":")" KRAID_VERSION R"("},
+  "format_version": [1, 0],
+  "generator": {
+    "name": "kraid-inventory",
+    "version": ")" KRAID_VERSION
+            R"("
+  },
   "host": "host \"x\"",
   "exit_status": 1,
   "problems": [
-    {"what":"what","why":"why"}
+    {
+      "what": "what",
+      "why": "why"
+    }
   ],
   "instances": [
     {

@@ -1,0 +1,163 @@
+// The RAID manager's event log and its time stamps.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "raidmgr/collect_raid_mgr_data.h"
+#include "raidmgr/log_time_stamp.h"
+#include "tests/fake_host.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(LogTimeStamp, IsReadInThreeLayouts) {
+  const struct {
+    const char* field;
+    const char* time;  // without the fraction
+  } cases[] = {
+      {"January 5, 2005 1:02:03 PM EST", "20050105130203-300"},
+      {"March 15, 2004 12:00:00 AM EST", "20040315000000-300"},
+      {"March 15, 2004 12:30:00 PM EST", "20040315123000-300"},
+      {"March 15, 2004 11:30:00 AM CET", "20040315113000+060"},
+      {"March 15, 2004 14:30:00 EST", "20040315143000+000"},  // the zone loses its E
+      {"March 15, 2004 1:30:00 PST", "20040315133000+000"},   // and this one is half a PM
+      {"March 15, 2004 12:30:00 AST", "20040315003000+000"},
+      {"Xyz 5, 2005 1:02:03 PM EST", "20050005130203-300"},
+      {"2005/01/05 13:02:03 JST", "20050105130203+540"},
+      {"2005/1/5 13:02:03 JST ", "20050105130203+000"},  // a blank is part of the zone
+      {"2005/01/05 13:02:03", "20050105130203+000"},
+      {"05 Jan 2005 13:02:03 CET", "20050005130203+060"},
+      {"5 July 2005 13:02:03 est", "20050705130203+000"},
+      {"5 July", "00000705000000+000"},
+      {"70000 May 70000 70000:1:2 EST",
+       "44640544644464"
+       "0102-300"},
+      {"", "00000000000000+000"},
+      {"x", "00000000000000+000"},
+      {"1", "00000001000000+000"},
+      {"2005/", "20050000000000+000"},
+      {"     ", "00000000000000+000"},
+  };
+  for (const auto& c : cases) {
+    std::string time = ParseLogTimeStamp(c.field).ToString();
+    time.erase(time.find('.'), 7);
+    EXPECT_EQ(time, c.time) << c.field;
+  }
+}
+
+TEST(LogTimeStamp, KnowsMonthsByTheirLetters) {
+  const struct {
+    const char* name;
+    int month;
+  } cases[] = {
+      {"January", 1},   {"February", 2},  {"March", 3},  {"April", 4},     {"May", 5},
+      {"June", 6},      {"July", 7},      {"August", 8}, {"September", 9}, {"October", 10},
+      {"November", 11}, {"December", 12}, {"Jan", 0},    {"Feb", 2},       {"Mar", 3},
+      {"Apr", 4},       {"Jun", 0},       {"Jul", 0},    {"Aug", 8},       {"Sep", 9},
+      {"Oct", 10},      {"Nov", 11},      {"Dec", 12},   {"D", 12},        {"A", 0},
+      {"", 0},          {"may", 0},       {"1", 0},
+  };
+  for (const auto& c : cases) EXPECT_EQ(MonthStrToInt(c.name), c.month) << c.name;
+}
+
+TEST(LogTimeStamp, TakesTheFirstZoneOfAName) {
+  const struct {
+    const char* zone;
+    int hours;
+  } cases[] = {
+      {"ADT", -3},  {"BST", 1},   {"CDT", -5}, {"A", 1},    {"NZT", 12}, {"IDLE", 12},
+      {"EAST", 10}, {"HAW", -10}, {"est", 0},  {"EST ", 0}, {"", 0},     {"UTC", 0},
+  };
+  for (const auto& c : cases) EXPECT_EQ(UtcStrToInt(c.zone), c.hours) << c.zone;
+}
+
+class ManagerLog : public testing::Test {
+ protected:
+  ManagerLog() {
+    std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+    folder_ = mkdtemp(pattern.data());
+  }
+  ~ManagerLog() override { std::filesystem::remove_all(folder_); }
+
+  std::string Install(const std::string& log) {
+    std::ofstream(folder_ / "KelvMgr.sh") << "#!/bin/sh\n";
+    std::ofstream(folder_ / "KelvEvtA.log", std::ios::binary) << log;
+    return folder_.string() + "/";
+  }
+
+  static std::string Entry(const CollectRaidMgrData& log) {
+    return log.GetTimeStamp().ToString().substr(0, 8) + ";" + log.GetRecordId() + ";" +
+           log.GetSeverity() + ";" + log.GetMachineName() + ";" + log.GetMessage();
+  }
+
+  /// The current entry and all that follow, and what each further call gives.
+  static Texts Entries(CollectRaidMgrData& log) {
+    Texts entries = {Entry(log)};
+    while (log.GetNextRaidMgrLogLine()) entries.push_back(Entry(log));
+    return entries;
+  }
+
+  FakeHost host_;
+  std::filesystem::path folder_;
+};
+
+constexpr char kFirst[] = "20240517;1;INF;;SpawnedProcess: ./kraid/krmgr.sh ";
+
+TEST_F(ManagerLog, GivesItsEntriesOneByOne) {
+  CollectRaidMgrData log(nullptr, Install("2005/01/05 13:02:03 JST\tINF   \t m1 \tfirst\ttext\n"
+                                          "2005/01/06 13:02:03 JST\tERR\n"
+                                          "\t\t\t\n\n"
+                                          "2005/01/07 13:02:03 JST\t \tm2\tlast\n"));
+  EXPECT_TRUE(log.GetInitialized());
+  ASSERT_EQ(log.GetRawRaidMgrLog().size(), 1U);
+  EXPECT_EQ(log.GetRawRaidMgrLog()[0]->GetCommand(), (folder_ / "KelvEvtA.log").string() + "   ");
+  EXPECT_EQ(log.GetRawRaidMgrLog()[0]->GetRawData().GetArray().size(), 5U);
+  EXPECT_EQ(Entries(log), (Texts{kFirst, "20050105;1;INF; m1 ;first", "20050106;1;ERR;;",
+                                 "00000000;1;;;\n", "00000000;1;;;", "20050107;1;;m2;last\n"}));
+  // The line's end was read, the file's not yet: the second call says nothing, the third does.
+  EXPECT_EQ(Entry(log), "20050107;1;;m2;last\n");
+  EXPECT_TRUE(host_.log.empty());
+  EXPECT_FALSE(log.GetNextRaidMgrLogLine());
+  EXPECT_EQ(Entry(log), "20240517;1;INF;m2;No RAID Manager log entries.");
+  EXPECT_EQ(host_.log, Texts{"3|Unexpected end of file reached."});
+}
+
+TEST_F(ManagerLog, WithoutALastNewlineEndsWithAMadeUpEntry) {
+  CollectRaidMgrData log(nullptr, Install("2005/01/05 13:02:03 JST\tINF\tm\tonly"));
+  EXPECT_EQ(Entries(log), (Texts{kFirst, "20050105;1;INF;m;only"}));
+  EXPECT_EQ(Entry(log), "20240517;1;INF;m;No RAID Manager log entries.");
+  EXPECT_TRUE(log.GetRawRaidMgrLog()[0]->GetRawData().IsNull());  // a line has to end
+}
+
+TEST_F(ManagerLog, ReadsLongLinesInPieces) {
+  const std::string head = "2005/01/05 13:02:03 JST\tINF\tm\t";
+  const std::string fits(511 - head.size(), 'x');
+  CollectRaidMgrData log(nullptr, Install(head + fits + "\n" + head + "end\n"));
+  EXPECT_EQ(Entries(log),
+            (Texts{kFirst, "20050105;1;INF;m;" + fits, "00000000;1;;;", "20050105;1;INF;m;end\n"}));
+}
+
+TEST_F(ManagerLog, OfNothingHasNoEntries) {
+  CollectRaidMgrData empty(nullptr, Install(""));
+  EXPECT_TRUE(empty.GetInitialized());
+  EXPECT_TRUE(empty.GetRawRaidMgrLog().empty());
+  EXPECT_EQ(Entries(empty), Texts{kFirst});
+  EXPECT_TRUE(host_.log.empty());
+
+  std::filesystem::remove(folder_ / "KelvEvtA.log");
+  CollectRaidMgrData without_log(nullptr, folder_.string() + "/");
+  EXPECT_FALSE(without_log.GetInitialized());
+  EXPECT_EQ(Entry(without_log), kFirst);
+  EXPECT_EQ(host_.log, Texts{"3|" + (folder_ / "KelvEvtA.logKelvEvtA.log not found.").string()});
+
+  std::filesystem::remove(folder_ / "KelvMgr.sh");
+  CollectRaidMgrData without_manager(nullptr, folder_.string() + "/");
+  EXPECT_FALSE(without_manager.GetInitialized());
+  EXPECT_EQ(Entry(without_manager), "20240517;1;INF;;Kelvmgr path of /usr/KelvMgr not found");
+  EXPECT_EQ(host_.log.size(), 1U);
+}
+
+}  // namespace
