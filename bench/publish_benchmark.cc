@@ -24,11 +24,11 @@ std::string Config(int drives) {
       "Controller information\nPhysical device information\nrule\nChannel #1:\nrule\n";
   for (int i = 0; i < drives; ++i) {
     const std::string number = std::to_string(i);
-    text += "Target on SCSI ID\nDevice is a Hard disk\nSCSI ID : " + number +
-            "\nPFA (Yes/No) : No\nState : Online (ONL)\n"
-            "Size (in MB)/(in sectors) : 34715/71096640\n"
-            "Device ID : BRELLOW BX36W15 S2BK0441187" +
-            number + "\nFRU part number : FR-1\n";
+    text.append("Target on SCSI ID\nDevice is a Hard disk\nSCSI ID : ").append(number);
+    text.append(
+        "\nPFA (Yes/No) : No\nState : Online (ONL)\n"
+        "Size (in MB)/(in sectors) : 34715/71096640\nDevice ID : BRELLOW BX36W15 S2BK0441187");
+    text.append(number).append("\nFRU part number : FR-1\n");
   }
   return text + "Command completed successfully\n";
 }

@@ -13,12 +13,12 @@ namespace {
 /// What the exception in flight means to a person who has to look for its cause.
 Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor& tools) {
   std::string text = "an unknown exception";
-  bool ran_off_the_end = false;
+  bool out_of_range = false;
   try {
     throw;
   } catch (const std::exception& error) {
     text = error.what();
-    ran_off_the_end = dynamic_cast<const std::out_of_range*>(&error) != nullptr && text == "vector";
+    out_of_range = dynamic_cast<const std::out_of_range*>(&error) != nullptr;
   } catch (...) {
   }
 
@@ -26,10 +26,15 @@ Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor
     return {"class " + repository.GetLastNamedClass(), "publishing it failed: " + text};
   }
   if (tools.GetLastRun().empty()) return {"collection", "it failed before any tool ran: " + text};
-  if (ran_off_the_end) {
+  if (out_of_range && text == "vector") {
     return {tools.GetLastRun(),
             "its output ends too early: lines that have to follow, such as the closing one, are "
             "missing (the error's own text is \"" +
+                text + "\"); the collection ended here"};
+  }
+  if (out_of_range) {
+    return {tools.GetLastRun(),
+            "its output holds a line that is too short to be cut (the error's own text is \"" +
                 text + "\"); the collection ended here"};
   }
   return {tools.GetLastRun(), "the collection failed during this run or after it: " + text};

@@ -8,8 +8,7 @@ std::string BarRow::NextColumn() {
   const std::size_t opening = bar_;
   bar_ = line_.find('|', opening + 1);
   if (bar_ == std::string_view::npos) return "";
-  return CollectedData::krRemoveLeadingWhiteSpace(
-      Cut(line_, opening + 1, static_cast<std::ptrdiff_t>(bar_ - opening) - 2));
+  return CollectedData::krRemoveLeadingWhiteSpace(CutShortOf(line_, opening + 1, bar_));
 }
 
 std::string BarRow::Rest() const {

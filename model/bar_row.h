@@ -12,9 +12,8 @@ class BarRow {
   /// `line` must outlive the row.
   explicit BarRow(std::string_view line) : line_(line), bar_(line.find('|')) {}
 
-  /// The text between the bar reached and the next one, without the one character before that,
-  /// which is a blank in the tool's layout: a column without that blank loses its last character,
-  /// on purpose. Its leading white space is removed. "" when a bar is missing.
+  /// The text between the bar reached and the next one, cut short of that (see CutShortOf), without
+  /// its leading white space. "" when a bar is missing.
   std::string NextColumn();
 
   /// What follows the bar reached, up to the end of the line, without its leading white space. ""

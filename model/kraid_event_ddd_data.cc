@@ -12,12 +12,10 @@ void KRaidEventDddData::SetConfigData(CollectedData* cursor, const std::string& 
   BarRow row(line);
   date_value_ = row.NextColumn();
   time_value_ = row.NextColumn();
-  const std::string& date = date_value_;
-  const std::string& time = time_value_;
   // By fixed positions; substr throws where a text ends before one.
-  const std::string stamp = date.substr(6, 4) + date.substr(0, 2) + date.substr(3, 2) +
-                            time.substr(0, 2) + time.substr(3, 2) + time.substr(6, 2) +
-                            ".000000+000";
+  const std::string stamp = date_value_.substr(6, 4) + date_value_.substr(0, 2) +
+                            date_value_.substr(3, 2) + time_value_.substr(0, 2) +
+                            time_value_.substr(3, 2) + time_value_.substr(6, 2) + ".000000+000";
   channel_value_ = row.NextColumn();
   id_value_ = row.NextColumn();
   reason_value_ = row.NextColumn();

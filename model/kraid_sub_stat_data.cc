@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "hmz/os_specific.h"
-#include "model/statistics_identifier.h"
+#include "model/identifiers.h"
 #include "model/text.h"
 
 void KRaidSubStatData::SetConfigData(CollectedData* cursor, const std::string& /*controller_num*/) {
@@ -21,8 +21,6 @@ void KRaidSubStatData::SetConfigData(CollectedData* cursor, const std::string& /
       {"PARAMS:", &S::params_value_, End::kBlank},
       {"REQ-OFF:", &S::req_off_value_, End::kBlank},
       {"MAX-TXER-P:", &S::max_txer_p_value_, End::kBlank},
-      // The last value loses the one character before the line's end, which is a blank in the
-      // tool's layout.
       {"CUR-TXER-P:", &S::cur_txer_p_value_, End::kBeforeNewline},
   };
   const std::string line = cursor->GetCurrentLine();
@@ -35,7 +33,7 @@ void KRaidSubStatData::SetConfigData(CollectedData* cursor, const std::string& /
     if (end == End::kBlank) {
       this->*field = line.substr(begin, line.find(' ', begin) - begin);
     } else {
-      this->*field = Cut(line, begin, static_cast<std::ptrdiff_t>(line.size() - begin) - 2);
+      this->*field = CutShortOf(line, begin, line.size() - 1);
     }
   }
   instance_id_value_ = StatisticsIdentifier(controller_num_, channel_value_, scsi_id_value_);

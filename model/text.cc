@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-std::string Cut(std::string_view text, std::size_t begin, std::ptrdiff_t length) {
-  if (length <= 0 || begin >= text.size()) return "";
-  return std::string(text.substr(begin, static_cast<std::size_t>(length)));
+std::string CutShortOf(std::string_view text, std::size_t begin, std::size_t end) {
+  if (end == std::string_view::npos || end <= begin + 1) return "";
+  return std::string(text.substr(begin, end - begin - 1));
 }
 
 std::int32_t ToInt32(const std::string& text) {

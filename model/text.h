@@ -1,8 +1,10 @@
 #ifndef MODEL_TEXT_H_
 #define MODEL_TEXT_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -11,9 +13,16 @@ inline bool Contains(std::string_view text, std::string_view words) {
   return text.find(words) != std::string_view::npos;
 }
 
-/// The part of the text from `begin` on, `length` characters or what there is of them. The cuts
-/// that parsers compute may come out negative, or begin behind the text: both give "".
-std::string Cut(std::string_view text, std::size_t begin, std::ptrdiff_t length);
+/// Whether the text holds one of the words, anywhere.
+inline bool ContainsAny(std::string_view text, std::initializer_list<std::string_view> words) {
+  return std::any_of(words.begin(), words.end(),
+                     [text](std::string_view word) { return Contains(text, word); });
+}
+
+/// The text from `begin` up to one character short of `end`: how most values of kelvcmd's are cut,
+/// on purpose. In the tools' layout that character is a blank, or part of a unit behind the value;
+/// where it is not, the value loses its last character. "" when `end` is npos or nothing is left.
+std::string CutShortOf(std::string_view text, std::size_t begin, std::size_t end);
 
 /// The number at the start of the text, in base 10: white space is skipped, reading stops at the
 /// first other character, no digits give 0. Numbers that need more than 32 bits lose the upper

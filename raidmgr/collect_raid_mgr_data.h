@@ -33,10 +33,11 @@ class CollectRaidMgrData {
   /// The log's whole text: one record, none when it is empty. The record belongs to this object.
   std::vector<KRaidRawData*> GetRawRaidMgrLog() const;
 
-  /// Makes the next line the current entry. False at the end of the log, where the entry stays, but
-  /// for one more call behind it, which makes up an entry and logs a message. Only for an
-  /// initialised reader.
-  /// A line longer than 511 characters is read in pieces, each as a line of its own.
+  /// Makes the next line the current entry. False at the end of the log. The call that meets the
+  /// end leaves the entry; every call after the end was met makes up an entry and logs a message.
+  /// That is the first of them already when the last line has no "\n", as the end was met in
+  /// reading it. At most 511 characters, the "\n" included, are read at once: what is longer is
+  /// read in pieces, each as a line of its own. Only for an initialised reader.
   bool GetNextRaidMgrLogLine();
 
   NKVXHMZ20::TCIMDateTime GetTimeStamp() const { return time_stamp_; }

@@ -5,6 +5,6 @@ build=$(cd "$1" && pwd)
 cd "$(dirname "$0")/.."
 database=$(mktemp -d)
 trap 'rm -r "$database"' EXIT
-# An option of GCC's that clang refuses to read.
-sed 's/-fno-gnu-unique//g' "$build/compile_commands.json" >"$database/compile_commands.json"
+# Options of GCC's that clang refuses to read.
+sed 's/-fno-gnu-unique//g; s/-Wno-restrict//g' "$build/compile_commands.json" >"$database/compile_commands.json"
 git ls-files '*.cc' | xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p "$database"
