@@ -21,6 +21,15 @@ class ArrayStripeOrder {
   /// Throws std::out_of_range when no line follows.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num);
 
+  /// Reads the array's line in the "getconfig" of the newer tools, on which the cursor stands, and
+  /// all lines behind it that continue the list. The whole line stands for the array's letter, and
+  /// the list is part of the key.
+  /// Throws std::out_of_range when no line follows.
+  void SetConfigHrconfData(CollectedData* cursor, const std::string& controller_num,
+                           const std::string& logical_drive_num);
+  void SetConfigArcConfData(CollectedData* cursor, const std::string& controller_num,
+                            const std::string& logical_drive_num);
+
   std::string GetControllerNum() const { return controller_num_; }
   /// The key of the array, for example "KelvaRAID1ArrayA".
   std::string GetCollectionID() const { return collection_id_; }

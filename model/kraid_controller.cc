@@ -4,6 +4,7 @@
 
 #include "model/array_stripe_order.h"
 #include "model/display.h"
+#include "model/identifiers.h"
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_event_ddd_data.h"
@@ -12,6 +13,13 @@
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
 #include "model/label_row.h"
+#include "model/text.h"
+
+namespace {
+
+constexpr char kNotProvided[] = "Not provided";
+
+}  // namespace
 
 KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
 
@@ -29,9 +37,29 @@ std::string KRaidController::ParseControllerData(std::string_view label, std::st
   return std::string(text.substr(colon + 2, end - colon - 1));
 }
 
+struct KRaidController::ConfigRow {
+  const char* label;
+  std::string KRaidController::*field;
+  const char* when_empty = "";
+};
+
+bool KRaidController::ReadConfig(const std::string& config_text, int controller_num,
+                                 std::span<const ConfigRow> rows) {
+  controller_num_ = std::to_string(controller_num);
+  if (!Contains(config_text, "Controller information")) return false;
+  // Each label is looked for in the whole output, not in its section: the first place wins. A short
+  // label takes the first line that holds it.
+  for (const ConfigRow& row : rows) {
+    this->*row.field = ParseControllerData(row.label, config_text);
+    if ((this->*row.field).empty()) this->*row.field = row.when_empty;
+  }
+  controller_found_ = true;
+  return true;
+}
+
 void KRaidController::SetConfigData(const std::string& config_text, int controller_num) {
   using K = KRaidController;
-  static constexpr LabelRow<K> kRows[] = {
+  static constexpr ConfigRow kRows[] = {
       {"Controller type", &K::controller_type_},
       {"Controller FRU", &K::controller_fru_},
       {"Serial number", &K::controller_serial_number_},
@@ -60,14 +88,57 @@ void KRaidController::SetConfigData(const std::string& config_text, int controll
       {"Concurrent commands supported", &K::controller_concurrent_commands_supported_},
       {"Configuration update count", &K::controller_configuration_update_count_},
   };
-  controller_num_ = std::to_string(controller_num);
-  if (config_text.find("Controller information") == std::string::npos) return;
-  // Each label is looked for in the whole output, not in its section: the first place wins.
-  for (const LabelRow<K>& row : kRows) {
-    this->*row.field = ParseControllerData(row.label, config_text);
+  if (!ReadConfig(config_text, controller_num, kRows)) return;
+  controller_device_id_ = ControllerIdentifier(controller_num_);
+}
+
+void KRaidController::SetConfigHrconfData(const std::string& config_text, int controller_num) {
+  using K = KRaidController;
+  static constexpr ConfigRow kRows[] = {
+      {"BIOS", &K::controller_actual_bios_version_, kNotProvided},
+      {"Driver", &K::controller_device_driver_version_, kNotProvided},
+      {"Boot", &K::controller_boot_block_version_, kNotProvided},
+      {"Controller Status", &K::controller_status_},
+      {"Channel description", &K::controller_channel_description_},
+      {"Defunct disk drive count", &K::controller_defunc_disk_drive_count_},
+      {"Logical drives/Offline/Critical", &K::controller_logical_drives_},
+  };
+  if (!ReadConfig(config_text, controller_num, kRows)) return;
+  controller_firmware_version_ = kNotProvided;  // whatever the output says: no label is read
+}
+
+void KRaidController::SetConfigArcconfData(const std::string& config_text, int controller_num) {
+  using K = KRaidController;
+  static constexpr ConfigRow kRows[] = {
+      {"Controller Status", &K::controller_status_},
+      {"Channel description", &K::controller_channel_description_},
+      {"Controller FRU#", &K::controller_fru_},
+      {"BIOS", &K::controller_actual_bios_version_, kNotProvided},
+      {"Firmware", &K::controller_firmware_version_, kNotProvided},
+      {"Driver", &K::controller_device_driver_version_, kNotProvided},
+      {"Boot", &K::controller_boot_block_version_, kNotProvided},
+      {"Physical Slot", &K::controller_slot_information_},
+      {"Copyback", &K::controller_copyback_enabled_},
+      {"Data scrubbing", &K::controller_data_scrubbing_},
+      {"Defunct disk drive count", &K::controller_defunc_disk_drive_count_},
+      {"Logical drives/Offline/Critical", &K::controller_logical_drives_},
+      {"VPD Assigned", &K::controller_vpd_},
+      {"EC Version", &K::controller_ec_version_},
+      // A second time, on purpose: this is the value that stays.
+      {"Controller FRU", &K::controller_fru_},
+      // Mostly the controller's, as its line is the first that holds the word.
+      {"Status", &K::battery_status_},
+      {"Over temp", &K::battery_over_temp_},
+      {"Capacity", &K::battery_capacity_},
+      {"Battery FRU", &K::battery_fru_},
+      {"Time remaining", &K::battery_time_remaining_},
+  };
+  if (!ReadConfig(config_text, controller_num, kRows)) return;
+  controller_type_ = ParseControllerData("Controller Model", config_text);
+  if (controller_type_.empty()) {
+    controller_type_ = ParseControllerData("Controller type", config_text);
   }
-  controller_found_ = true;
-  controller_device_id_ = "KelvaRAID" + controller_num_;
+  if (controller_type_.empty()) controller_type_ = "Unnamed HostRAID";
 }
 
 void KRaidController::AddStatusData(CollectedData* cursor) {

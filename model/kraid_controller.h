@@ -2,6 +2,7 @@
 #define MODEL_KRAID_CONTROLLER_H_
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,10 @@ class KRaidController {
   /// Reads the whole output of kelvcmd's "getconfig". Without a "Controller information" section
   /// only the number is set and the controller counts as not found.
   void SetConfigData(const std::string& config_text, int controller_num);
+
+  /// The same for the newer tools. Versions that they do not report are "Not provided".
+  void SetConfigHrconfData(const std::string& config_text, int controller_num);
+  void SetConfigArcconfData(const std::string& config_text, int controller_num);
 
   /// Reads the output of "getstatus", wherever the cursor stands.
   void AddStatusData(CollectedData* cursor);
@@ -146,6 +151,12 @@ class KRaidController {
   void DisplayAll() const;
 
  private:
+  struct ConfigRow;
+
+  /// Reads a whole "getconfig" by these rows; false when it has no "Controller information".
+  bool ReadConfig(const std::string& config_text, int controller_num,
+                  std::span<const ConfigRow> rows);
+
   std::vector<std::unique_ptr<KRaidLogicalDevice>> logical_devices_;
   std::vector<std::unique_ptr<KRaidPhysicalDevice>> physical_devices_;
   std::vector<std::unique_ptr<ArrayStripeOrder>> array_stripe_orders_;

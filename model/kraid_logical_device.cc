@@ -2,7 +2,11 @@
 
 #include "model/display.h"
 #include "model/label_row.h"
+#include "model/markers.h"
 #include "model/text.h"
+
+// The tools differ in their labels and in which of their lines may be missing: a row that steps
+// back is an optional line. Which rows do is part of how each tool is read: leave it as it is.
 
 void KRaidLogicalDevice::SetConfigData(CollectedData* cursor, const std::string& logical_drive_num,
                                        const std::string& controller_num) {
@@ -24,19 +28,55 @@ void KRaidLogicalDevice::SetConfigData(CollectedData* cursor, const std::string&
   ReadRows(*cursor, kRows, *this);
 }
 
+void KRaidLogicalDevice::SetConfigHrconfData(CollectedData* cursor,
+                                             const std::string& logical_drive_num,
+                                             const std::string& controller_num) {
+  using L = KRaidLogicalDevice;
+  static constexpr LabelRow<L> kRows[] = {
+      {"Logical drive name", &L::logical_drive_name_, IfEmpty::kStepBack},
+      {"RAID level", &L::raid_level_, IfEmpty::kStepBack},
+      {"Status of logical drive", &L::status_of_logical_drive_, IfEmpty::kStepBack},
+      {"Additional information", &L::additional_information_, IfEmpty::kStepBack},
+      {"Size", &L::size_},
+      {"Write cache status", &L::write_cache_status_, IfEmpty::kStepBack},
+      {"Number of chunks", &L::number_of_chunks_},
+      {"Stripe-unit size", &L::stripe_unit_size_, IfEmpty::kStepBack},
+  };
+  logical_drive_num_ = logical_drive_num;
+  controller_num_ = controller_num;
+  ReadRows(*cursor, kRows, *this);
+}
+
+void KRaidLogicalDevice::SetConfigArcconfData(CollectedData* cursor,
+                                              const std::string& logical_drive_num,
+                                              const std::string& controller_num) {
+  using L = KRaidLogicalDevice;
+  static constexpr LabelRow<L> kRows[] = {
+      {"Logical drive name", &L::logical_drive_name_},
+      {"RAID level", &L::raid_level_},
+      {"Status of logical drive", &L::status_of_logical_drive_},
+      {"Size", &L::size_},
+      {"Read-cache mode", &L::read_cache_status_},
+      {"Write-cache mode", &L::write_cache_status_},
+      {"Write-cache set", &L::write_cache_setting_},
+      {"Number of chunks", &L::number_of_chunks_},
+      {"Stripe-unit size", &L::stripe_unit_size_, IfEmpty::kStepBack},
+      {"Drive(s)", &L::logical_drive_list_, IfEmpty::kStepBack},
+  };
+  logical_drive_num_ = logical_drive_num;
+  controller_num_ = controller_num;
+  ReadRows(*cursor, kRows, *this);
+}
+
 std::string KRaidLogicalDevice::ParseLogicalDeviceData(std::string_view label,
                                                        std::string_view text) const {
-  const auto heading = text.find("Logical drive number " + logical_drive_num_);
+  const auto heading = text.find(kLogicalDriveLabel + logical_drive_num_);
   if (heading == std::string_view::npos) return "";
   const auto found = text.find(label, heading);
   if (found == std::string_view::npos) return "";
   const auto colon = text.find(':', found);
   if (colon == std::string_view::npos) return "";
-  const auto end = text.find('\n', colon);
-  if (end == std::string_view::npos) return "";
-  // One character before the line's end is dropped, on purpose: some tool versions end their lines
-  // in a blank.
-  return Cut(text, colon + 2, static_cast<std::ptrdiff_t>(end - colon) - 3);
+  return CutShortOf(text, colon + 2, text.find('\n', colon));
 }
 
 void KRaidLogicalDevice::DisplayAll() const {

@@ -25,6 +25,12 @@ class KRaidLogicalDevice {
   void SetConfigData(CollectedData* cursor, const std::string& logical_drive_num,
                      const std::string& controller_num);
 
+  /// The same for the "getconfig" of the newer tools.
+  void SetConfigHrconfData(CollectedData* cursor, const std::string& logical_drive_num,
+                           const std::string& controller_num);
+  void SetConfigArcconfData(CollectedData* cursor, const std::string& logical_drive_num,
+                            const std::string& controller_num);
+
   /// Looks the drive up in a whole "getconfig" text: the value of the first place behind its
   /// heading that holds the label, without the "\n" and the one character before it. "" when
   /// there is none.

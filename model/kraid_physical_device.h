@@ -1,10 +1,12 @@
 #ifndef MODEL_KRAID_PHYSICAL_DEVICE_H_
 #define MODEL_KRAID_PHYSICAL_DEVICE_H_
 
+#include <span>
 #include <string>
 
 #include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/label_row.h"
 
 /// One device on a channel of a controller: a disk, a tape, an enclosure or another one. Values
 /// are untrimmed: the blank behind the colon and the closing "\n" are part of them.
@@ -23,6 +25,15 @@ class KRaidPhysicalDevice {
   /// Throws std::out_of_range when the output ends within the device.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num,
                      const std::string& channel_num);
+
+  /// The same for the "getconfig" of the newer tools. The cursor stands on the "Device #" line, of
+  /// which `device_label` is a part.
+  void SetConfigHrconfData(CollectedData* cursor, const std::string& controller_num,
+                           const std::string& channel_num, const std::string& device_label);
+  void SetConfigArcconfData(CollectedData* cursor, const std::string& controller_num,
+                            const std::string& channel_num, const std::string& device_label);
+
+  void SetScsiID(const std::string& scsi_id) { scsi_id_ = scsi_id; }
 
   std::string GetControllerNum() const { return controller_num_; }
   std::string GetChannelNum() const { return channel_num_; }
@@ -50,7 +61,13 @@ class KRaidPhysicalDevice {
   void DisplayAll() const;
 
  private:
+  using Rows = std::span<const LabelRow<KRaidPhysicalDevice>>;
+
+  void ReadTypeLine(CollectedData& cursor);
   void SplitDeviceId();
+  void ReadNewerFormat(CollectedData& cursor, const std::string& controller_num,
+                       const std::string& channel_num, const std::string& device_label,
+                       Rows hard_drive_rows);
 
   std::string controller_num_;
   std::string channel_num_;
@@ -73,5 +90,8 @@ class KRaidPhysicalDevice {
   std::string world_wide_name_;
   std::string write_cache_;
 };
+
+/// How much of a "Device #" line names the device.
+inline constexpr std::size_t kDeviceLabelLength = 12;
 
 #endif  // MODEL_KRAID_PHYSICAL_DEVICE_H_

@@ -1,8 +1,9 @@
 #ifndef MODEL_LABEL_ROW_H_
 #define MODEL_LABEL_ROW_H_
 
-#include <cstddef>
+#include <span>
 #include <string>
+#include <type_traits>
 
 #include "model/collected_data.h"
 
@@ -22,8 +23,9 @@ struct LabelRow {
 
 /// Reads one line for each row, in the order of the rows; see CollectedData::GetProperty.
 /// Throws std::out_of_range when the output ends before the last of them.
-template <class Record, std::size_t kCount>
-void ReadRows(CollectedData& cursor, const LabelRow<Record> (&rows)[kCount], Record& record) {
+template <class Record>
+void ReadRows(CollectedData& cursor, std::type_identity_t<std::span<const LabelRow<Record>>> rows,
+              Record& record) {
   for (const auto& [label, field, if_empty] : rows) {
     record.*field = cursor.GetProperty(label);
     if ((record.*field).empty() && if_empty == IfEmpty::kStepBack) cursor.decrementLinePtr();
