@@ -2,10 +2,8 @@
 
 #include <utility>
 
-#include "collect/tool_run.h"
 #include "hmz/exception.h"
 #include "model/array_stripe_order.h"
-#include "model/collected_data.h"
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_event_ddd_data.h"
@@ -13,7 +11,7 @@
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
-#include "model/owned.h"
+#include "model/markers.h"
 #include "model/text.h"
 
 namespace {
@@ -21,10 +19,6 @@ namespace {
 constexpr Tool kTool = {"./kraid/kelvcmd",
                         " KELVCMD is using Spawnprocess. Controller# :", "Kelvcmd aborted: "};
 
-struct Command {
-  const char* word;
-  const char* option;
-};
 constexpr Command kGetConfig = {"getconfig", "al"};
 constexpr Command kGetStatus = {"getstatus", "device"};
 constexpr Command kGetBst = {"getbst", "device"};
@@ -37,14 +31,10 @@ constexpr Command kGetSubStat = {"getsubstat", "device"};
 constexpr Command kCommands[] = {kGetConfig,   kGetStatus,    kGetBst,       kGetEvent,
                                  kGetEventDdd, kGetEventSoft, kGetEventHard, kGetSubStat};
 
-std::string Run(const Command& command, int number) {
-  return RunTool(kTool, command.word, command.option, number);
-}
-
-constexpr char kEndMarker[] = "Command completed successfully";
-constexpr char kStripeOrderLabel[] = " stripe order (Channel/SCSI ID)";
-
 }  // namespace
+
+KelvcmdData::KelvcmdData(NKVXHMZ20::TPluginManagerProvider* provider)
+    : ToolCollector(kTool, provider) {}
 
 std::string KelvcmdData::GetDataFromTextFile(const std::string& command, const std::string& option,
                                              int controller_number) {
@@ -54,47 +44,34 @@ std::string KelvcmdData::GetDataFromTextFile(const std::string& command, const s
 void KelvcmdData::InitData(int controller_offset) {
   logical_drive_num_.clear();
   channel_num_.clear();
-  CaptureOutputs();
+  CaptureOutputs(kCommands);
   // A second run of the tool for each command: the captured texts are for publishing only.
   for (int number = kFirstController; number <= kLastController; ++number) {
     if (ParseController(number, controller_offset) == Next::kEnd) return;
   }
 }
 
-void KelvcmdData::CaptureOutputs() {
-  for (int number = kFirstController; number <= kLastController; ++number) {
-    for (const Command& command : kCommands) {
-      const std::string output = Run(command, number);
-      if (output.empty()) continue;
-      raw_data_.push_back(
-          std::make_unique<KRaidRawData>(kTool.path, command.word, number, command.option, output));
-    }
-  }
-}
-
 KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset) {
-  const std::string config = Run(kGetConfig, number);
-  if (config.empty()) return Next::kController;
-  CollectedData cursor(provider_, config);
-  if (cursor.FindLine("Controller information").empty()) return Next::kController;
-  auto found = std::make_unique<KRaidController>(provider_);
-  found->SetConfigData(config, number + controller_offset);
-  if (!found->GetControllerFound()) return Next::kController;
+  auto [found, cursor] =
+      FindController(kGetConfig, number, controller_offset, &KRaidController::SetConfigData);
+  if (found == nullptr) return Next::kController;
+  KRaidController& controller = *found;
 
-  if (!cursor.FindLine("Logical drive information").empty()) ParseLogicalDrives(cursor, *found);
-  if (!cursor.FindLine(kStripeOrderLabel).empty()) ParseStripeOrders(cursor, *found);
+  if (!cursor->FindLine("Logical drive information").empty()) {
+    ParseLogicalDrives(*cursor, controller);
+  }
+  if (!cursor->FindLine(kStripeOrderLabel).empty()) ParseStripeOrders(*cursor, controller);
 
   // A controller whose output has no device section is never published; its logs are read all
   // the same.
-  KRaidController& controller = *found;
-  if (!cursor.FindLine("Physical device information").empty()) {
-    ParsePhysicalDevices(cursor, controller);
+  if (!cursor->FindLine("Physical device information").empty()) {
+    ParsePhysicalDevices(*cursor, controller);
     const std::string status = Run(kGetStatus, number);
     if (!status.empty()) {
       CollectedData status_cursor(provider_, status);
       try {
         controller.AddStatusData(&status_cursor);
-      } catch (const NKVXHMZ20::THMZException&) {
+      } catch (const NKVXHMZ20::THMZException&) {  // none of today's parsers throws it here
         LogMessage("status data is junk: Quit status data collection");
         return Next::kEnd;
       }
@@ -111,16 +88,10 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
 }
 
 void KelvcmdData::ParseLogicalDrives(CollectedData& cursor, KRaidController& controller) {
-  static constexpr std::string_view kNumberLabel = "Logical drive number ";
   cursor.GetNextLine();
   std::string line = cursor.GetNextLine();
   do {
-    if (const auto label = line.find(kNumberLabel); label != std::string::npos) {
-      // The number stops one character short of the line's end, on purpose: a line that ends in a
-      // blank or a carriage return gives the number whole, any other loses its last digit.
-      const auto length = static_cast<std::ptrdiff_t>(line.find('\n', label) - label) - 22;
-      logical_drive_num_ = Cut(line, label + kNumberLabel.size(), length);
-    }
+    CutDriveNumber(line, kLogicalDriveLabel, logical_drive_num_);
     auto drive = std::make_unique<KRaidLogicalDevice>(provider_);
     drive->SetConfigData(&cursor, logical_drive_num_, controller.GetControllerNum());
     controller.AddLogicalDevice(std::move(drive));
@@ -140,9 +111,7 @@ void KelvcmdData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& c
   cursor.GetNextLine();
   std::string line = cursor.GetNextLine();
   do {
-    if (const auto mark = line.find('#'); mark != std::string::npos) {
-      channel_num_ = line.substr(mark + 1, line.find(':', mark) - mark - 1);
-    }
+    CutChannel(line, channel_num_);
     cursor.GetNextLine();
     line = cursor.GetNextLine();
     while (Contains(line, "Target")) {
@@ -162,7 +131,7 @@ void KelvcmdData::ParseBadStripes(int number, KRaidController& controller) {
     auto record = std::make_unique<KRaidBstData>(provider_);
     try {
       record->SetConfigData(&cursor, controller.GetControllerNum());
-    } catch (const NKVXHMZ20::THMZException&) {
+    } catch (const NKVXHMZ20::THMZException&) {  // nor here
       LogMessage("Bad Stripe data is junk: Quit BST data collection");
       return;
     }
@@ -231,12 +200,6 @@ void KelvcmdData::ParseSubStatistics(int number, KRaidController& controller) {
     controller.AddSubStatData(std::move(record));
   } while (!Contains(cursor.GetNextLine(), kEndMarker));
 }
-
-std::vector<KRaidController*> KelvcmdData::GetControllers() const {
-  return PointersTo(controllers_);
-}
-
-std::vector<KRaidRawData*> KelvcmdData::GetRawDataVector() const { return PointersTo(raw_data_); }
 
 void KelvcmdData::DisplayAll(const std::string& text) const {
   CollectedData(provider_, text).DisplayAll();

@@ -1,22 +1,15 @@
 #ifndef COLLECT_KELVCMD_DATA_H_
 #define COLLECT_KELVCMD_DATA_H_
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "collect/kraid_raw_data.h"
-#include "hmz/plugin_management.h"
-#include "model/kraid_controller.h"
+#include "collect/tool_collector.h"
 
 /// The collector of the kelvcmd tool: asks about controllers 1 to 8, keeps every output as a raw
 /// record and makes a KRaidController of each controller that answers.
-class KelvcmdData {
+class KelvcmdData final : public ToolCollector {
  public:
-  explicit KelvcmdData(NKVXHMZ20::TPluginManagerProvider* provider) : provider_(provider) {}
-  virtual ~KelvcmdData() = default;
-  KelvcmdData(const KelvcmdData&) = delete;
-  KelvcmdData& operator=(const KelvcmdData&) = delete;
+  explicit KelvcmdData(NKVXHMZ20::TPluginManagerProvider* provider);
 
   /// Runs the whole collection. `controller_offset` is added to the numbers of the controllers,
   /// but not to those of the raw records, which keep the tool's own.
@@ -28,10 +21,6 @@ class KelvcmdData {
   std::string GetDataFromTextFile(const std::string& command, const std::string& option,
                                   int controller_number);
 
-  /// The objects belong to this collector.
-  std::vector<KRaidController*> GetControllers() const;
-  std::vector<KRaidRawData*> GetRawDataVector() const;
-
   /// Writes the lines of the text to standard output.
   void DisplayAll(const std::string& text) const;
 
@@ -39,7 +28,6 @@ class KelvcmdData {
   /// Whether the collection goes on with the next controller.
   enum class Next { kController, kEnd };
 
-  void CaptureOutputs();
   Next ParseController(int number, int controller_offset);
   void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
   void ParseStripeOrders(CollectedData& cursor, KRaidController& controller);
@@ -51,9 +39,6 @@ class KelvcmdData {
   void ParseEventWords(int number, KRaidController& controller);
   void ParseSubStatistics(int number, KRaidController& controller);
 
-  NKVXHMZ20::TPluginManagerProvider* provider_;
-  std::vector<std::unique_ptr<KRaidController>> controllers_;
-  std::vector<std::unique_ptr<KRaidRawData>> raw_data_;
   // Taken from the latest heading that had one; they live on through all controllers of a call.
   std::string logical_drive_num_;
   std::string channel_num_;

@@ -17,4 +17,9 @@ void KraidCollectData::Run(std::vector<std::unique_ptr<Collector>>& collectors, 
   Append(controllers_, collector.GetControllers());
 }
 
-void KraidCollectData::InitData() { Run(kelvcmd_collectors_, 0); }
+void KraidCollectData::InitData() {
+  // Each later collector numbers its controllers behind those that were found before it.
+  Run(kelvcmd_collectors_, 0);
+  Run(hrconf_collectors_, static_cast<int>(controllers_.size()));
+  Run(arcconf_collectors_, static_cast<int>(controllers_.size()));
+}

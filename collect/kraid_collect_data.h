@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "collect/arcconf_data.h"
+#include "collect/hrconf_data.h"
 #include "collect/kelvcmd_data.h"
 #include "collect/kraid_raw_data.h"
 #include "hmz/plugin_management.h"
@@ -37,6 +39,8 @@ class KraidCollectData {
   std::vector<KRaidRawData*> raw_data_;
   // They own what the two lists point to: one collector for each call of InitData.
   std::vector<std::unique_ptr<KelvcmdData>> kelvcmd_collectors_;
+  std::vector<std::unique_ptr<HrconfData>> hrconf_collectors_;
+  std::vector<std::unique_ptr<ArcconfData>> arcconf_collectors_;
 };
 
 #endif  // COLLECT_KRAID_COLLECT_DATA_H_

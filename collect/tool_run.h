@@ -13,6 +13,12 @@ struct Tool {
   const char* abort_message;
 };
 
+/// A command word and its option.
+struct Command {
+  const char* word;
+  const char* option;
+};
+
 /// Runs the tool once with the arguments command, controller number and option.
 ///
 /// Returns all that it printed. A run that fails with the host's exception is logged and gives "";

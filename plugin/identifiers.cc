@@ -2,18 +2,20 @@
 
 #include <cstdio>
 
+#include "model/identifiers.h"
+#include "model/kraid_bst_data.h"
 #include "model/kraid_controller.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
 #include "model/text.h"
 
-std::string ControllerIdentifier(const KRaidController& controller) {
-  return "KelvaRAID" + controller.GetControllerNum();
-}
-
 std::string LogicalDiskIdentifier(const KRaidController& controller,
                                   const KRaidLogicalDevice& drive) {
-  return ControllerIdentifier(controller) + "LD" + drive.GetLogicalDriveNum();
+  return ControllerIdentifier(controller.GetControllerNum()) + "LD" + drive.GetLogicalDriveNum();
+}
+
+std::string BadStripeIdentifier(const KRaidController& controller, const KRaidBstData& row) {
+  return "KelvaRAID:" + controller.GetControllerNum() + "LD" + row.GetLogicalDriveNum();
 }
 
 std::string DeviceIdentifier(const KRaidController& controller, const KRaidPhysicalDevice& device) {
@@ -29,5 +31,5 @@ std::string DeviceFirmwareIdentifier(const KRaidController& controller,
 }
 
 std::string BiosName(const KRaidController& controller) {
-  return ControllerIdentifier(controller) + " BIOS";
+  return ControllerIdentifier(controller.GetControllerNum()) + " BIOS";
 }

@@ -3,19 +3,21 @@
 
 #include <string>
 
+class KRaidBstData;
 class KRaidController;
 class KRaidLogicalDevice;
 class KRaidPhysicalDevice;
 
-// The identifiers that are put together for publishing. Associations find their ends by them, so
-// each is made in one place only. The pieces go in as they are, every byte of them.
-
-/// "KelvaRAID1"
-std::string ControllerIdentifier(const KRaidController& controller);
+// The identifiers that are made of records. Associations find their ends by identifiers, so each is
+// made in one place: here, or in model/identifiers.h where records need it. The pieces go in as
+// they are, every byte of them.
 
 /// "KelvaRAID1LD0"
 std::string LogicalDiskIdentifier(const KRaidController& controller,
                                   const KRaidLogicalDevice& drive);
+
+/// "KelvaRAID:1LD0"
+std::string BadStripeIdentifier(const KRaidController& controller, const KRaidBstData& row);
 
 /// "C1 CH2 I05:" and the device's own identification. Channel and SCSI ID are numbers here, the
 /// SCSI ID in at least two digits.

@@ -33,7 +33,7 @@ struct PropertyRow {
 
 /// A record together with the controller that it belongs to: the source of most classes.
 template <class Record>
-struct Part {
+struct Child {
   const KRaidController& controller;
   const Record& record;
 };
@@ -48,14 +48,14 @@ NKVXHMZ20::TCIMValue Value(const Source& source) {
 
 /// What a getter of the record returns.
 template <auto Getter, class Record>
-NKVXHMZ20::TCIMValue OfRecord(const Part<Record>& part) {
-  return NKVXHMZ20::TCIMValue((part.record.*Getter)());
+NKVXHMZ20::TCIMValue OfRecord(const Child<Record>& child) {
+  return NKVXHMZ20::TCIMValue((child.record.*Getter)());
 }
 
 /// The number of the record's controller, asked of the controller.
 template <class Record>
-NKVXHMZ20::TCIMValue OwnersNumber(const Part<Record>& part) {
-  return part.controller.GetControllerNum();
+NKVXHMZ20::TCIMValue OwnersNumber(const Child<Record>& child) {
+  return child.controller.GetControllerNum();
 }
 
 /// A text that can be the argument of a template.
@@ -101,12 +101,12 @@ void PublishInstance(NKVXHMZ20::ICIMClass& cim_class, const PropertyRow<Source> 
 
 /// One instance for each record of each controller; `records` is the controller's getter.
 template <class Record, std::size_t kCount>
-void PublishParts(const PublishContext& context,
-                  std::vector<Record*> (KRaidController::*records)() const,
-                  const PropertyRow<Part<Record>> (&rows)[kCount]) {
+void PublishChildren(const PublishContext& context,
+                     std::vector<Record*> (KRaidController::*records)() const,
+                     const PropertyRow<Child<Record>> (&rows)[kCount]) {
   for (const KRaidController* controller : context.collector.GetControllers()) {
     for (const Record* record : (controller->*records)()) {
-      PublishInstance(*context.cim_class, rows, Part<Record>{*controller, *record});
+      PublishInstance(*context.cim_class, rows, Child<Record>{*controller, *record});
     }
   }
 }

@@ -1,5 +1,5 @@
 #include "hmz/exception.h"
-#include "plugin/identifiers.h"
+#include "model/identifiers.h"
 #include "plugin/publishers.h"
 
 namespace {
@@ -7,7 +7,9 @@ namespace {
 using NKVXHMZ20::TCIMValue;
 using K = KRaidController;
 
-TCIMValue DeviceId(const K& controller) { return ControllerIdentifier(controller); }
+TCIMValue DeviceId(const K& controller) {
+  return ControllerIdentifier(controller.GetControllerNum());
+}
 
 TCIMValue OtherIdentifyingInfo(const K& controller) {
   return StringArray(

@@ -7,15 +7,17 @@ namespace {
 using NKVXHMZ20::TCIMValue;
 using P = KRaidPhysicalDevice;
 
-TCIMValue OtherIdentifyingInfo(const Part<P>& part) {
+TCIMValue OtherIdentifyingInfo(const Child<P>& child) {
   // Channel and SCSI ID as they are printed, not as numbers.
-  return StringArray({part.record.GetDeviceType(), "Channel:" + part.record.GetChannelNum() +
-                                                       "|SCSI ID:" + part.record.GetScsiID()});
+  return StringArray({child.record.GetDeviceType(), "Channel:" + child.record.GetChannelNum() +
+                                                        "|SCSI ID:" + child.record.GetScsiID()});
 }
 
-TCIMValue DeviceId(const Part<P>& part) { return DeviceIdentifier(part.controller, part.record); }
+TCIMValue DeviceId(const Child<P>& child) {
+  return DeviceIdentifier(child.controller, child.record);
+}
 
-constexpr PropertyRow<Part<P>> kRows[] = {
+constexpr PropertyRow<Child<P>> kRows[] = {
     {"OtherIdentifyingInfo", OtherIdentifyingInfo},
     {"DeviceID", DeviceId},
     {"SystemCreationClassName", SystemClass},
@@ -45,5 +47,5 @@ constexpr PropertyRow<Part<P>> kRows[] = {
 }  // namespace
 
 void PublishDiskDrives(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetPhysicalDevices, kRows);
+  PublishChildren(context, &KRaidController::GetPhysicalDevices, kRows);
 }

@@ -9,11 +9,11 @@ using NKVXHMZ20::TCIMValue;
 using L = KRaidLogicalDevice;
 using A = ArrayStripeOrder;
 
-TCIMValue DeviceId(const Part<L>& part) {
-  return LogicalDiskIdentifier(part.controller, part.record);
+TCIMValue DeviceId(const Child<L>& child) {
+  return LogicalDiskIdentifier(child.controller, child.record);
 }
 
-constexpr PropertyRow<Part<L>> kLogicalDiskRows[] = {
+constexpr PropertyRow<Child<L>> kLogicalDiskRows[] = {
     {"DeviceID", DeviceId},
     {"SystemCreationClassName", SystemClass},
     // The lower-case n is how the class spells this property.
@@ -39,7 +39,7 @@ constexpr PropertyRow<Part<L>> kLogicalDiskRows[] = {
 };
 
 // Disk groups carry no system keys.
-constexpr PropertyRow<Part<A>> kDiskGroupRows[] = {
+constexpr PropertyRow<Child<A>> kDiskGroupRows[] = {
     {"CollectionID", OfRecord<&A::GetCollectionID>},
     {"Array", OfRecord<&A::GetArrayData>},
     {"ControllerNum", OfRecord<&A::GetControllerNum>},
@@ -49,9 +49,9 @@ constexpr PropertyRow<Part<A>> kDiskGroupRows[] = {
 }  // namespace
 
 void PublishLogicalDisks(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetLogicalDevices, kLogicalDiskRows);
+  PublishChildren(context, &KRaidController::GetLogicalDevices, kLogicalDiskRows);
 }
 
 void PublishDiskGroups(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetArrayStripeOrder, kDiskGroupRows);
+  PublishChildren(context, &KRaidController::GetArrayStripeOrder, kDiskGroupRows);
 }

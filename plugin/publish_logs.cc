@@ -15,20 +15,20 @@ using M = CollectRaidMgrData;
 
 /// The time of a record that has been read.
 template <class Record>
-TCIMValue TimeOf(const Part<Record>& part) {
-  return *part.record.GetDateTimeValue();
+TCIMValue TimeOf(const Child<Record>& child) {
+  return *child.record.GetDateTimeValue();
 }
 
 template <auto Getter, class Record>
-TCIMValue Words(const Part<Record>& part) {
-  const std::vector<std::uint32_t> words = (part.record.*Getter)();
+TCIMValue Words(const Child<Record>& child) {
+  const std::vector<std::uint32_t> words = (child.record.*Getter)();
   TCIMValue::Array elements;
   elements.reserve(words.size());
   for (const std::uint32_t word : words) elements.emplace_back(word);
   return {TCIMValue::TCIMType(TCIMValue::kUint32), words.size(), std::move(elements)};
 }
 
-constexpr PropertyRow<Part<S>> kSoftRows[] = {
+constexpr PropertyRow<Child<S>> kSoftRows[] = {
     {"CreationClassName", Fixed<"KVXSG_LogRecord_SoftEvent">},
     {"LogCreationClassName", Fixed<"KVXSG_LogRecord_SoftEvent">},
     {"LogName", Fixed<"KVXSG_LogRecord_SoftEvent">},
@@ -39,7 +39,7 @@ constexpr PropertyRow<Part<S>> kSoftRows[] = {
     {"HexSoftEvent", Words<&S::GetSoftEventValues>},
 };
 
-constexpr PropertyRow<Part<H>> kHardRows[] = {
+constexpr PropertyRow<Child<H>> kHardRows[] = {
     // The soft log's name in all three, on purpose: hosts know the records by it.
     {"CreationClassName", Fixed<"KVXSG_LogRecord_SoftEvent">},
     {"LogCreationClassName", Fixed<"KVXSG_LogRecord_SoftEvent">},
@@ -51,7 +51,7 @@ constexpr PropertyRow<Part<H>> kHardRows[] = {
     {"HexHardEvent", Words<&H::GetHardEventValues>},
 };
 
-constexpr PropertyRow<Part<D>> kDddRows[] = {
+constexpr PropertyRow<Child<D>> kDddRows[] = {
     {"CreationClassName", Fixed<"KVXSG_LogRecord_krDDD">},
     {"LogCreationClassName", Fixed<"KVXSG_LogRecord_krDDD">},
     {"LogName", Fixed<"KVXSG_LogRecord_krDDD">},
@@ -82,11 +82,11 @@ constexpr PropertyRow<M> kManagerRows[] = {
 /// One instance for each controller that has this log.
 template <class Record, std::size_t kCount>
 void PublishLog(const PublishContext& context, Record* (KRaidController::*log)() const,
-                const PropertyRow<Part<Record>> (&rows)[kCount]) {
+                const PropertyRow<Child<Record>> (&rows)[kCount]) {
   for (const KRaidController* controller : context.collector.GetControllers()) {
     const Record* record = (controller->*log)();
     if (record == nullptr) continue;
-    PublishInstance(*context.cim_class, rows, Part<Record>{*controller, *record});
+    PublishInstance(*context.cim_class, rows, Child<Record>{*controller, *record});
   }
 }
 
@@ -101,7 +101,7 @@ void PublishHardEvents(const PublishContext& context) {
 }
 
 void PublishDddEvents(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetEventDddData, kDddRows);
+  PublishChildren(context, &KRaidController::GetEventDddData, kDddRows);
 }
 
 // The current entry first, then the step: a fresh reader's first instance is the entry that it made

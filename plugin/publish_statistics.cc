@@ -1,10 +1,10 @@
 // Bad stripes, counters and transfer statistics, and the disks that they tell of.
 
+#include "model/identifiers.h"
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
-#include "model/statistics_identifier.h"
 #include "model/text.h"
 #include "plugin/identifiers.h"
 #include "plugin/instance_index.h"
@@ -17,24 +17,23 @@ using B = KRaidBstData;
 using E = KRaidEventData;
 using S = KRaidSubStatData;
 
-TCIMValue BadStripeId(const Part<B>& part) {
-  return "KelvaRAID:" + part.controller.GetControllerNum() + "LD" +
-         part.record.GetLogicalDriveNum();
+TCIMValue BadStripeId(const Child<B>& child) {
+  return BadStripeIdentifier(child.controller, child.record);
 }
 
-constexpr PropertyRow<Part<B>> kBadStripeRows[] = {
+constexpr PropertyRow<Child<B>> kBadStripeRows[] = {
     {"InstanceID", BadStripeId},
     {"ControllerNum", OfRecord<&B::GetControllerNum>},
     {"LogicalDrive", OfRecord<&B::GetLogicalDriveNum>},
     {"NumBadStripes", OfRecord<&B::GetBadStripeNum>},
 };
 
-TCIMValue DeviceDataId(const Part<E>& part) {
-  return StatisticsIdentifier(part.controller.GetControllerNum(), part.record.GetChannelValue(),
-                              part.record.GetScsiIDValue());
+TCIMValue DeviceDataId(const Child<E>& child) {
+  return StatisticsIdentifier(child.controller.GetControllerNum(), child.record.GetChannelValue(),
+                              child.record.GetScsiIDValue());
 }
 
-constexpr PropertyRow<Part<E>> kDeviceDataRows[] = {
+constexpr PropertyRow<Child<E>> kDeviceDataRows[] = {
     {"InstanceID", DeviceDataId},
     {"StatisticTime", OfRecord<&E::GetStatisticTimeValue>},
     {"ControllerNum", OfRecord<&E::GetControllerNum>},
@@ -47,7 +46,7 @@ constexpr PropertyRow<Part<E>> kDeviceDataRows[] = {
     {"ScsiId", OfRecord<&E::GetScsiIDValue>},
 };
 
-constexpr PropertyRow<Part<S>> kSubStatRows[] = {
+constexpr PropertyRow<Child<S>> kSubStatRows[] = {
     {"ControllerNum", OfRecord<&S::GetControllerNum>},
     {"StatisticTime", OfRecord<&S::GetStatisticTimeValue>},
     {"Channel", OfRecord<&S::GetChannelValue>},
@@ -62,10 +61,7 @@ constexpr PropertyRow<Part<S>> kSubStatRows[] = {
 
 /// The types of devices whose statistics are tied to them.
 bool HasStatistics(const std::string& device_type) {
-  for (const char* words : {"Hard disk", "Hard drive", "Processor device", "Tape"}) {
-    if (Contains(device_type, words)) return true;
-  }
-  return false;
+  return ContainsAny(device_type, {"Hard disk", "Hard drive", "Processor device", "Tape"});
 }
 
 void PublishStatisticsOf(const PublishContext& context, NKVXHMZ20::ICIMInstance& statistics,
@@ -79,19 +75,19 @@ void PublishStatisticsOf(const PublishContext& context, NKVXHMZ20::ICIMInstance&
 }  // namespace
 
 void PublishBadStripes(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetBstData, kBadStripeRows);
+  PublishChildren(context, &KRaidController::GetBstData, kBadStripeRows);
 }
 
 void PublishDeviceData(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetEventData, kDeviceDataRows);
+  PublishChildren(context, &KRaidController::GetEventData, kDeviceDataRows);
 }
 
 void PublishSubStatData(const PublishContext& context) {
-  PublishParts(context, &KRaidController::GetSubStatData, kSubStatRows);
+  PublishChildren(context, &KRaidController::GetSubStatData, kSubStatRows);
 }
 
-// Both texts are compared as they are. A device's SCSI ID mostly ends in the line end of its tool's
-// output, that of the statistics does not: only devices without one meet.
+// Both texts are compared as they are. A device's SCSI ID has the blank before and the line end
+// behind it in the tool's output, that of the statistics has not: only devices without one meet.
 void PublishElementDeviceData(const PublishContext& context) {
   const InstanceIndex drives(context, "KVXSG_krDiskDrive", {"DeviceID"});
   const InstanceIndex statistics(context, "KVXSG_krSCSIDeviceData", {"InstanceID"});

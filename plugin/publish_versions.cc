@@ -64,11 +64,8 @@ const char* FirmwareName(const std::string& device_type) {
 
 /// The types whose firmware is tied to its device.
 bool IsAssociated(const std::string& device_type) {
-  for (const char* words :
-       {"Hard disk", "Hard drive", "Processor device", "Enclosure", "Unknown"}) {
-    if (Contains(device_type, words)) return true;
-  }
-  return false;
+  return ContainsAny(device_type,
+                     {"Hard disk", "Hard drive", "Processor device", "Enclosure", "Unknown"});
 }
 
 /// Associates the first instances with these texts; without one of them nothing is committed.

@@ -1,0 +1,35 @@
+#ifndef COLLECT_HRCONF_DATA_H_
+#define COLLECT_HRCONF_DATA_H_
+
+#include <string>
+
+#include "collect/tool_collector.h"
+
+/// The collector of the hrconf tool.
+class HrconfData final : public ToolCollector {
+ public:
+  explicit HrconfData(NKVXHMZ20::TPluginManagerProvider* provider);
+
+  /// Runs the whole collection. `controller_offset` is the count of the controllers that were found
+  /// before: it is added to the numbers of the controllers, but not to those of the raw records.
+  /// Throws std::out_of_range when an output ends before its end marker; what was found before
+  /// stays.
+  void InitData(int controller_offset);
+
+  /// One run of the tool: all that it printed, "" when the run failed.
+  std::string GatherData(const std::string& command, const std::string& parameter,
+                         int controller_number);
+
+  /// Does nothing; the other collectors have it, too.
+  void DisplayAll(const std::string& /*text*/) const {}
+
+ private:
+  void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
+  void ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller);
+
+  // Taken from the latest heading that had one; they live on through all controllers of a call.
+  std::string logical_drive_num_;
+  std::string channel_num_;
+};
+
+#endif  // COLLECT_HRCONF_DATA_H_
