@@ -159,6 +159,50 @@ TEST_F(Associations, PublishVersionsAndWhereTheyRun) {
             Texts{drive + " of 1-" + drive});
 }
 
+TEST_F(Associations, KnowWhichTypesAndPropertiesCount) {
+  // Ends that the tools give to no such device: a version for each, committed by hand.
+  const Texts types = {"Hard disk", "Hard drive", "Processor device", "Enclosure",
+                       "Unknown",   "Tape",       "hard disk",        "Processor"};
+  host_.outputs["./kraid/kelvcmd getevent 1 device"] =
+      "Device event table:\n1\n2\n| 2 | | 1 |\nCommand completed successfully\n";
+  std::string devices;
+  for (const std::string& type : types) {
+    std::string device = Device(" " + type, "", type);
+    devices += device.replace(device.find("SCSI ID :"), 9, "SCSI ID ");
+  }
+  Collect(Config("Actual BIOS version : a\n", devices), "");
+  Publish({"krSCSIProtocolController", "krDiskDrive", "krSCSIDeviceData"});
+  const auto commit = [&](const char* class_name, const std::string& name, const std::string& id) {
+    const auto version = repository_->GetClass(class_name)->CreateInstance({});
+    version->SetPropertyValue("Name", name, {});
+    version->SetPropertyValue("SoftwareElementID", id, {});
+    for (const char* key : {"Version", "SoftwareElementState", "TargetOperatingSystem"}) {
+      version->SetPropertyValue(key, "x", {});
+    }
+    version->Commit({});
+  };
+  const auto disk = [](const std::string& type) { return "C1 CH2 I00:" + type + "\n"; };
+  for (const std::string& type : types) {
+    commit("KVXSG_krDiskDriveVersion", type, "1-" + disk(type));
+  }
+  commit("KVXSG_krBiosVersion", "another BIOS", "1");
+  commit("KVXSG_krBiosVersion", "KelvaRAID1 BIOS", "by its name");
+  Publish({"krFirmwareOnDiskDrive", "krBiosOnController", "ElementKrScsiDeviceData"});
+  Texts with_firmware;
+  for (int i : {0, 1, 2, 3, 4}) with_firmware.push_back(disk(types[i]) + " of " + types[i]);
+  EXPECT_EQ(Ends("krFirmwareOnDiskDrive", "DeviceID", "Name"), with_firmware);
+  EXPECT_EQ(Ends("krBiosOnController", "DeviceID", "SoftwareElementID"),
+            Texts{"KelvaRAID1 of by its name"});
+  Texts with_statistics;
+  for (const auto& instance : repository_->GetCommitted()) {
+    if (*instance->class_name != "KVXSG_ElementKrScsiDeviceData") continue;
+    with_statistics.push_back(
+        instance->properties[1].value.GetReference().GetKeys()[3].second.ToString());
+  }
+  EXPECT_EQ(with_statistics,
+            (Texts{disk(types[0]), disk(types[1]), disk(types[2]), disk(types[5])}));
+}
+
 TEST_F(Associations, NameFirmwareByTheDevicesType) {
   // Only disks get a firmware level from kelvcmd, so a type that holds several words shows what
   // comes first.
@@ -231,8 +275,9 @@ TEST_F(Associations, FormDeviceIdentifiersFromNumbersAndTexts) {
     const char* scsi_id;
     const char* identifier;
   } cases[] = {
-      {"5", "C1 CH2 I05:x\n"},          {" \t123\r", "C1 CH2 I123:x\n"}, {"none", "C1 CH2 I00:x\n"},
-      {"7,8", "C1 CH2 I07:x\n"},        {"-3", "C1 CH2 I-3:x\n"},        {"", "C1 CH2 I00:x\n"},
+      {"5", "C1 CH2 I05:x\n"},          {" \t0123\r", "C1 CH2 I123:x\n"},
+      {"none", "C1 CH2 I00:x\n"},       {"7,8", "C1 CH2 I07:x\n"},
+      {"-3", "C1 CH2 I-3:x\n"},         {"", "C1 CH2 I00:x\n"},
       {"4294967297", "C1 CH2 I01:x\n"},
   };
   std::string devices;

@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "collect/kelvcmd_data.h"
-#include "collect/kraid_collect_data.h"
 #include "collect/kraid_raw_data.h"
 #include "model/array_stripe_order.h"
 #include "model/kraid_bst_data.h"
@@ -134,6 +133,18 @@ TEST(KelvcmdData, ReadsOnWhateverASectionLacks) {
   }
 }
 
+std::string Drive(const std::string& heading) {
+  return heading +
+         "Status of logical drive : OKY\nRAID level : 5\nSize (in MB) : 1\n"
+         "Write cache status : WB\nNumber of chunks : 3\nStripe-unit size : 16K\n"
+         "Access blocked : No\nPart of array : A\n";
+}
+
+std::string Device(const std::string& id) {
+  return "Target on SCSI ID " + id + "\nDevice is a Hard disk\nSCSI ID : " + id +
+         "\nPFA (Yes/No) : No\nState : ONL\nSize (in MB)/(in sectors) : 1/2\nDevice ID : d\n";
+}
+
 constexpr char kDddRow[] = "1 | 03/15/2004 | 14:02:09 | 1 | 3 | 05 | Drive failed\n";
 
 TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
@@ -159,7 +170,9 @@ TEST(KelvcmdData, LetsAnOutputThatEndsTooEarlyEndTheCollection) {
     KelvcmdData collector(nullptr);
     EXPECT_THROW(collector.InitData(0), std::out_of_range);
     EXPECT_EQ(host.runs.back(), Command(command));
-    EXPECT_EQ(NumbersOf(collector.GetControllers()).front(), "1");  // what was found stays
+    // What was found stays: the second one, too, once its configuration is through.
+    EXPECT_EQ(NumbersOf(collector.GetControllers()),
+              std::string(command) == "getconfig 2 al" ? Texts{"1"} : (Texts{"1", "2"}));
   }
 }
 
@@ -169,10 +182,11 @@ TEST(KelvcmdData, WalksTheLogs) {
   host.outputs[Command("getbst 1 device")] =
       "Get bad stripe information\nwhatever\nLogical drive 2 - 5 x\n-\nend\n- 7 x\n";
   host.outputs[Command("getevent 1 device")] =
-      "Device event table:\n| a |\n| b |\n--\n| 1 |\n-- | no row | --\n| 2 |\nController 1\n"
-      "| 3 |\n";
+      "Device event table:\n| a |\n| b |\nController | 0 |\n| 1 |\n-- | no row | --\n| 2 |\n"
+      "Controller 1\n| 3 |\n";
   host.outputs[Command("getevent 1 ddd")] = std::string("| No |\n+---+\n") + kDddRow +
-                                            "rule - | x\n" + kDddRow +
+                                            "rule - | x\n--+---\n" +
+                                            "1 | 08/09/2004 | 14:02:09 | 1 | 3 | 05 | No answer\n" +
                                             "1 | 99/99/2004 | 14:02:09 |\n" + kDddRow;
   host.outputs[Command("getevent 1 soft")] =
       "Controller Soft Event Log\n5\nCommand completed successfully\n";
@@ -196,17 +210,18 @@ TEST(KelvcmdData, WalksTheLogs) {
   for (const KRaidEventData* record : controller.GetEventData()) {
     channels.push_back(record->GetControllerNum() + "/" + record->GetChannelValue());
   }
-  EXPECT_EQ(channels, (Texts{"5/1", "5/2"}));
+  EXPECT_EQ(channels, (Texts{"5/0", "5/1", "5/2"}));
   Texts entries;
   for (const KRaidEventDddData* record : controller.GetEventDddData()) {
     entries.push_back(record->GetControllerNum() + "/" + record->GetRecordIdValue());
   }
   EXPECT_EQ(entries, (Texts{"5/0001", "5/0002"}));
-  EXPECT_EQ(host.log.back(), "3|Kelvcmd aborted: no such tool");
   EXPECT_EQ(std::count(host.log.begin(), host.log.end(),
                        "3|Time Stamp is junk: Quit DDD data collection"),
             1);
   // The junk ended its own log only.
+  ASSERT_NE(controller.GetEventSoftData(), nullptr);
+  ASSERT_NE(controller.GetEventHardData(), nullptr);
   EXPECT_EQ(controller.GetEventSoftData()->GetSoftEventValues(), std::vector<std::uint32_t>{5});
   EXPECT_TRUE(controller.GetEventHardData()->GetHardEventValues().empty());
   Texts statistics;
@@ -216,24 +231,27 @@ TEST(KelvcmdData, WalksTheLogs) {
   EXPECT_EQ(statistics, (Texts{"KelvaRAID:9C1S", "KelvaRAID:CS"}));
 }
 
+TEST(KelvcmdData, LooksForTheEndOfTheDevicesBehindThem) {
+  // The lines before the first device are stepped over, whatever they are.
+  FakeHost host;
+  host.outputs[Command("getconfig 1 al")] =
+      "Controller information\nPhysical device information\nrule\n"
+      "Command completed successfully\nrule\n" +
+      Device("3") + "Command completed successfully\n";
+  KelvcmdData collector(nullptr);
+  collector.InitData(0);
+  ASSERT_EQ(collector.GetControllers().size(), 1U);
+  EXPECT_EQ(collector.GetControllers()[0]->GetPhysicalDevices().size(), 1U);
+  host.outputs["./kraid/kelvcmd a 2 b"] = "printed";
+  EXPECT_EQ(collector.GetDataFromTextFile("a", "b", 2), "printed");
+}
+
 TEST(KelvcmdData, ReadsTheLogsOfAControllerThatIsNotPublished) {
   FakeHost host;
   host.outputs[Command("getconfig 1 al")] = "Controller information\n";
   host.outputs[Command("getsubstat 1 device")] = "A:1\n";
   KelvcmdData collector(nullptr);
   EXPECT_THROW(collector.InitData(0), std::out_of_range);
-}
-
-std::string Drive(const std::string& heading) {
-  return heading +
-         "Status of logical drive : OKY\nRAID level : 5\nSize (in MB) : 1\n"
-         "Write cache status : WB\nNumber of chunks : 3\nStripe-unit size : 16K\n"
-         "Access blocked : No\nPart of array : A\n";
-}
-
-std::string Device(const std::string& id) {
-  return "Target on SCSI ID " + id + "\nDevice is a Hard disk\nSCSI ID : " + id +
-         "\nPFA (Yes/No) : No\nState : ONL\nSize (in MB)/(in sectors) : 1/2\nDevice ID : d\n";
 }
 
 constexpr char kNoDrives[] = "Controller information\n";
@@ -281,7 +299,7 @@ TEST(KelvcmdData, WalksStripeOrdersAndDevices) {
       "Array C stripe order (Channel/SCSI ID) : not reached\n";
   const std::string devices =
       "Physical device information\nrule\nChannel #1:\nrule\n" + Device("0") + Device("1") +
-      "Channel #22: Ultra\nrule\n" + Device("2") + "Channel\nrule\n" + Device("3") +
+      "Channel: #22: Ultra\nrule\n" + Device("2") + "Channel\nrule\n" + Device("3") +
       "Channel #no colon\nrule\n" + Device("4") + "Command completed successfully\n";
   FakeHost host;
   KelvcmdData collector(nullptr);
@@ -307,20 +325,6 @@ TEST(KelvcmdData, WalksStripeOrdersAndDevices) {
   // ":" gives all the rest of its line.
   EXPECT_EQ(places, (Texts{"11/1 0\n", "11/1 1\n", "11/22 2\n", "11/22 3\n", "11/no colon\n 4\n",
                            "12/no colon\n 5\n"}));
-}
-
-TEST(KraidCollectData, JoinsTheCollectorsAndAddsUpOverCalls) {
-  FakeHost host;
-  host.outputs[Command("getconfig 2 al")] = kMinimalConfig;
-  host.outputs[Command("getconfig 7 al")] = kMinimalConfig;
-  KraidCollectData driver(nullptr);
-  driver.InitData();
-  EXPECT_EQ(NumbersOf(driver.GetControllers()), (Texts{"2", "7"}));
-  EXPECT_EQ(driver.GetKraidRawDataV().size(), 2U);
-  driver.GetControllers().clear();  // a copy
-  driver.InitData();
-  EXPECT_EQ(NumbersOf(driver.GetControllers()), (Texts{"2", "7", "2", "7"}));
-  EXPECT_EQ(driver.GetKraidRawDataV()[1]->GetCommand(), Command("getconfig 7 al"));
 }
 
 }  // namespace

@@ -147,7 +147,8 @@ TEST(EventWords, ReadHexadecimalNumbersUpToTheCompletion) {
       {"-----------\n0000001A\n  ff\n", {26, 255}},
       {"", {}},
       {"0x10 text\nno 5\n\nentry\n-1\n", {16, 14, 4294967295}},
-      {"1 ------------\n----------\nFFFFFFFF\n", {4294967295}},
+      {"1 ------------\n----------\n2 ----------\nFFFFFFFF\n123456789\n",
+       {2, 4294967295, 0x23456789}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.log);

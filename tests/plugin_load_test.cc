@@ -41,7 +41,7 @@ TEST_F(PluginLoad, CollectsOnceForEachLoading) {
     EXPECT_NE(plugin.GetCallbacks().provider, nullptr);
     EXPECT_EQ(Ask(plugin, {}), 0U);  // nothing asked for, collected all the same
     const std::size_t runs = host_.runs.size();
-    EXPECT_EQ(runs, 64U + 8U + 7U);
+    EXPECT_EQ(runs, 64U + 8U + 7U + 16U + 8U + 8U + 8U);
     host_.outputs["./kraid/kelvcmd getconfig 2 al"] = kMinimalConfig;
     EXPECT_EQ(Ask(plugin, {"KVXSG_krSCSIProtocolController", "Unknown", "KVXSG_krRawData"}), 2U);
     EXPECT_EQ(Ask(plugin, {"KVXSG_krSCSIProtocolController", "KVXSG_krSCSIProtocolController"}),

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "raidmgr/collect_raid_mgr_data.h"
 #include "raidmgr/log_time_stamp.h"
@@ -26,6 +27,8 @@ TEST(LogTimeStamp, IsReadInThreeLayouts) {
       {"March 15, 2004 1:30:00 PST", "20040315133000+000"},   // and this one is half a PM
       {"March 15, 2004 12:30:00 AST", "20040315003000+000"},
       {"Xyz 5, 2005 1:02:03 PM EST", "20050005130203-300"},
+      {"March 15, 2004 13:00:00 AM EST", "20040315130000-300"},  // only 12 becomes 0
+      {"2005/08/09 08:09:08 JST", "20050809080908+540"},         // no octal numbers
       {"2005/01/05 13:02:03 JST", "20050105130203+540"},
       {"2005/1/5 13:02:03 JST ", "20050105130203+000"},  // a blank is part of the zone
       {"2005/01/05 13:02:03", "20050105130203+000"},
@@ -64,14 +67,17 @@ TEST(LogTimeStamp, KnowsMonthsByTheirLetters) {
 }
 
 TEST(LogTimeStamp, TakesTheFirstZoneOfAName) {
-  const struct {
-    const char* zone;
-    int hours;
-  } cases[] = {
-      {"ADT", -3},  {"BST", 1},   {"CDT", -5}, {"A", 1},    {"NZT", 12}, {"IDLE", 12},
-      {"EAST", 10}, {"HAW", -10}, {"est", 0},  {"EST ", 0}, {"", 0},     {"UTC", 0},
-  };
-  for (const auto& c : cases) EXPECT_EQ(UtcStrToInt(c.zone), c.hours) << c.zone;
+  std::istringstream zones(
+      "ADT -3 EDT -4 AST -4 EST -5 CDT -5 CST -6 MDT -6 MST -7 PDT -7 PST -8 AKDT -8 "
+      "ALA -9 AKST -9 HAW -10 A 1 BST 1 CET 1 FWT 1 MET 1 MEWT 1 SWT 1 EET 2 B 2 C 3 "
+      "ZP4 4 ZP5 5 ZP6 6 WAST 7 CCT 8 AWST 8 ACDT 9 JST 9 ACST 10 EAST 10 AEST 10 "
+      "AEDT 11 IDLE 12 NZST 12 NZT 12 ");
+  std::string zone;
+  int hours = 0;
+  int count = 0;
+  for (; zones >> zone >> hours; ++count) EXPECT_EQ(UtcStrToInt(zone), hours) << zone;
+  EXPECT_EQ(count, 39);
+  for (const char* unknown : {"est", "EST ", "", "UTC"}) EXPECT_EQ(UtcStrToInt(unknown), 0);
 }
 
 class ManagerLog : public testing::Test {
