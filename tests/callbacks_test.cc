@@ -8,6 +8,14 @@
 
 #include "collect/kraid_collect_data.h"
 #include "hmz/root_object.h"
+#include "model/array_stripe_order.h"
+#include "model/kraid_bst_data.h"
+#include "model/kraid_event_data.h"
+#include "model/kraid_event_ddd_data.h"
+#include "model/kraid_event_words.h"
+#include "model/kraid_logical_device.h"
+#include "model/kraid_physical_device.h"
+#include "model/kraid_sub_stat_data.h"
 #include "plugin/dispatch.h"
 #include "plugin/kraid_callbacks.h"
 #include "plugin/publishers.h"
@@ -16,6 +24,7 @@
 #include "standin/repository.h"
 #include "standin/schema.h"
 #include "tests/fake_host.h"
+#include "tests/golden.h"
 
 namespace {
 
@@ -97,124 +106,46 @@ class Publishing : public testing::Test {
     CollectRaidMgrData manager_log(nullptr, "/absent/");
     host_.log.clear();
     const auto recorder = boost::make_shared<RecordingClass>();
-    Publish(class_name, {nullptr, recorder, collector, manager_log});
+    Publish(class_name,
+            {boost::make_shared<standin::Repository>(), recorder, collector, manager_log});
     return recorder->calls;
   }
 
   FakeHost host_;
 };
 
-TEST_F(Publishing, SetsTheControllersPropertiesInTheirOrder) {
-  using Call = std::pair<std::string, std::string>;
-  const std::vector<Call> calls = CallsOf("KVXSG_krSCSIProtocolController");
-  const std::vector<Call> expected = {
-      {"create", ""},
-      {"SystemCreationClassName", "KVXSG_ComputerSystem"},
-      {"CreationClassname", "KVXSG_krSCSIProtocolController"},
-      {"SystemName", "testhost"},
-      {"DeviceID", "KelvaRAID2"},
-      {"OtherIdentifyingInfo", "{X \n,  Controller:2}"},
-      {"ControllerNum", "2"},
-      {"ControllerType", "X \n"},
-      {"ControllerStatus", ""},
-      {"ChannelDescription", ""},
-      {"ControllerFRU", "F\n"},
-  };
-  ASSERT_EQ(calls.size(), 48U);  // 46 settings between create and commit
-  EXPECT_EQ(std::vector<Call>(calls.begin(), calls.begin() + 11), expected);
-  std::string rest;
-  for (auto call = calls.begin() + 11; call != calls.end(); ++call) rest += call->first + " ";
-  EXPECT_EQ(rest,
-            "SerialNum PartNum DeviceDriverVersion ClusterSolutionVersion CopyBackEnabled "
-            "ControllerSlotInfo ControllerName ScsiChannelDescr InitiatorChannelScsiId "
-            "MaxPhysicalDevices DefunctDiskDriveCnt LogicalDriveStatusCnt ReadAhead "
-            "StripeUnitSize RebuildRate HotSwapRebuild DataScrubbing HotSpareCopyBack "
-            "PartOfCluster UnattendedMode ConcurrentCommandsSupported ConfigurationUpdateCount "
-            "Current_MostRecentOperation Logical_Drive BackgroundOperationActive LastCmdStatus "
-            "LogicalDriveSizeInStripes NumberOfRemainingStripes VPD ECVersion ControllerFRU "
-            "ControllerBatteryStatus ControllerBatteryOverTemp ControllerBatteryCapacity "
-            "ControllerBatteryFRU BatteryTimeRemaining commit ");
-}
-
-TEST_F(Publishing, SetsThePropertiesOfPartsInTheirOrder) {
-  host_.outputs["./kraid/kelvcmd getconfig 2 al"] =
-      "Controller information\n"
-      "Logical drive information\nrule\nLogical drive number 7 \nStatus of logical drive : 1\n"
-      "Additional information : 2\nRAID level : 3\nSize (in MB) : 4\nWrite cache status : 5\n"
-      "Number of chunks : 6\nStripe-unit size : 7\nAccess blocked : 8\nPart of array : 9\n"
-      "Part of merge group : 10\n"
-      "Array A stripe order (Channel/SCSI ID) : 11\n"
-      "Physical device information\nrule\nChannel #1:\nrule\nTarget\nDevice is a Hard disk\n"
-      "SCSI ID : 12\nPFA (Yes/No) : 13\nState : 14\nSize (in MB)/(in sectors) : 15\n"
-      "Device ID :0123456789abcdefghijklmnopqrst\nFRU part number : 16\n"
-      "Command completed successfully\n";
-  host_.outputs["./kraid/kelvcmd getbst 2 device"] =
-      "Get bad stripe information\nLogical drive 7 - 17 x\nend\n";
-  host_.outputs["./kraid/kelvcmd getevent 2 device"] =
-      "Device event table:\n1\n2\n| 1 | 12 | 3 | 4 | 5 | 6 | 7 |\n"
-      "Command completed successfully\n";
-  host_.outputs["./kraid/kelvcmd getevent 2 ddd"] =
-      "+---+\n1 | 03/15/2004 | 14:02:09 | 1 | 3 | 05 | failed\nCommand completed successfully\n";
-  host_.outputs["./kraid/kelvcmd getevent 2 soft"] =
-      "Controller Soft Event Log\n1A\nff\nCommand completed successfully\n";
-  host_.outputs["./kraid/kelvcmd getevent 2 hard"] =
-      "Controller Hard Event Log\nCommand completed successfully\n";
-  host_.outputs["./kraid/kelvcmd getsubstat 2 device"] =
-      "A:9 C:1 I:2 PARAMS:3 REQ-OFF:4 MAX-TXER-P:5 CUR-TXER-P:6 \n"
-      "Command completed successfully\n";
-  const struct {
-    const char* class_name;
-    const char* settings;  // without line ends
-  } cases[] = {
-      {"KVXSG_krLogicalDisk",
-       "create= DeviceID=KelvaRAID2LD7 SystemCreationClassName=KVXSG_ComputerSystem "
-       "CreationClassname=KVXSG_krLogicalDisk SystemName=testhost AccessBlocked= 8 "
-       "ControllerNum=2 LogicalDriveNum=7 LogicalDriveStatus= 1 NumOfChunks= 6 PartOfArray= 9 "
-       "PartOfMergeGroup= 10 RaidLevel= 3 Size= 4 StripeUnitSize= 7 WriteCacheStatus= 5 "
-       "WriteCacheSetting= NumOfChunks= 6 LogicalDriveName= ReadCacheStatus= DriveList= commit= "},
-      {"KVXSG_krDiskGroup",
-       "create= CollectionID=KelvaRAID2ArrayA Array=A ControllerNum=2 StripeOrder= 11 commit= "},
-      {"KVXSG_krDiskDrive",
-       "create= OtherIdentifyingInfo={ Hard disk, Channel:1|SCSI ID: 12} "
-       "DeviceID=C2 CH1 I12:0123456789abcdefghijklmnopqrst "
-       "SystemCreationClassName=KVXSG_ComputerSystem CreationClassname=KVXSG_krDiskDrive "
-       "SystemName=testhost ControllerNum=2 Channel=1 ScsiId= 12 DeviceType= Hard disk PFA= 13 "
-       "State= 14 Size= 15 DeviceCode=0123456789abcdef DeviceSerialNum=klmnopqr FRU= 16 "
-       "Firmware=hijk Vendor= Model= Enclosure= TransferSpeed= ReportedChannel= WorldWideName= "
-       "WriteCache= commit= "},
-      {"KVXSG_BadStripeData",
-       "create= InstanceID=KelvaRAID:2LD7 ControllerNum=2 LogicalDrive=7 NumBadStripes=17 "
-       "commit= "},
-      {"KVXSG_krSCSIDeviceData",
-       "create= InstanceID=KelvaRAID:2C1S12 StatisticTime=20240517102030.000400+120 "
-       "ControllerNum=2 Channel=1 Misc=7 NumHardErrors=5 NumParityErrors=3 NumSoftErrors=4 PFA=6 "
-       "ScsiId=12 commit= "},
-      {"KVXSG_krSCSISubStatData",
-       "create= ControllerNum=9 StatisticTime=20240517102030.000400+120 Channel=1 ScsiId=2 "
-       "InstanceID=KelvaRAID:9C1S2 Params=3 Req_Off=4 Max_Txer_P=5 Cur_Txer_p=6 commit= "},
-      {"KVXSG_LogRecord_SoftEvent",
-       "create= CreationClassName=KVXSG_LogRecord_SoftEvent "
-       "LogCreationClassName=KVXSG_LogRecord_SoftEvent LogName=KVXSG_LogRecord_SoftEvent "
-       "MessageTimestamp=20000101010101.000001+001 RecordID=1 ControllerNum=2 "
-       "NumEntries=Controller Soft Event Log HexSoftEvent={26, 255} commit= "},
-      {"KVXSG_LogRecord_HardEvent",
-       "create= CreationClassName=KVXSG_LogRecord_SoftEvent "
-       "LogCreationClassName=KVXSG_LogRecord_SoftEvent LogName=KVXSG_LogRecord_SoftEvent "
-       "ControllerNum=2 MessageTimestamp=20000101010101.000001+001 RecordID=1 "
-       "NumEntries=Controller Hard Event Log HexHardEvent={} commit= "},
-      {"KVXSG_LogRecord_krDDD",
-       "create= CreationClassName=KVXSG_LogRecord_krDDD LogCreationClassName=KVXSG_LogRecord_krDDD "
-       "LogName=KVXSG_LogRecord_krDDD Controller=2 MessageTimestamp=20040315140209.000000+000 "
-       "RecordID=0001 Date=03/15/2004 Time=14:02:09 Channel=1 ID=3 Reason=05 Descrip=failed "
-       "commit= "},
-      {"KVXSG_LogRecord_RAIDMgrEvent", ""},  // no manager here
-  };
-  for (const auto& c : cases) {
-    std::string settings;
-    for (const auto& [name, value] : CallsOf(c.class_name)) settings += name + "=" + value + " ";
-    settings.erase(std::remove(settings.begin(), settings.end(), '\n'), settings.end());
-    EXPECT_EQ(settings, c.settings);
+TEST_F(Publishing, SetsAllPropertiesInTheirOrder) {
+  // One of everything, each label as short as it may be, each value in one place only.
+  host_.outputs.clear();
+  for (const auto& file : std::filesystem::directory_iterator(KRAID_SOURCE_DIR "/tests/data")) {
+    host_.outputs["./kraid/" + file.path().filename().string()] = ReadFile(file.path());
   }
+  std::string settings;
+  for (const DispatchEntry& entry : DispatchList()) {
+    settings += std::string(entry.class_name) + "\n";
+    for (const auto& [name, value] : CallsOf(entry.class_name)) {
+      settings += "  " + name + " ";
+      for (const char c : value) settings += c == '\n' ? "\\n" : std::string(1, c);
+      settings += "\n";
+    }
+  }
+  CompareGolden("every_property.txt", settings);
+
+  KraidCollectData collector(nullptr);
+  collector.InitData();
+  testing::internal::CaptureStdout();
+  for (const KRaidController* controller : collector.GetControllers()) {
+    controller->DisplayAll();
+    for (const auto* record : controller->GetLogicalDevices()) record->DisplayAll();
+    for (const auto* record : controller->GetPhysicalDevices()) record->DisplayAll();
+    for (const auto* record : controller->GetArrayStripeOrder()) record->DisplayAll();
+    for (const auto* record : controller->GetBstData()) record->DisplayAll();
+    for (const auto* record : controller->GetEventData()) record->DisplayAll();
+    for (const auto* record : controller->GetEventDddData()) record->DisplayAll();
+    for (const auto* record : controller->GetSubStatData()) record->DisplayAll();
+    if (controller->GetEventSoftData() != nullptr) controller->GetEventSoftData()->DisplayAll();
+  }
+  CompareGolden("display.txt", testing::internal::GetCapturedStdout());
 }
 
 TEST_F(Publishing, PublishesRawOutputsWithNullForNoLines) {
@@ -241,7 +172,8 @@ TEST_F(Publishing, PublishesTheManagersEventsAcrossRequests) {
   const auto publish = [&](const std::string& class_name) {
     host_.log.clear();
     const auto recorder = boost::make_shared<RecordingClass>();
-    Publish(class_name, {nullptr, recorder, collector, manager_log});
+    Publish(class_name,
+            {boost::make_shared<standin::Repository>(), recorder, collector, manager_log});
     std::string settings;
     for (const auto& [name, value] : recorder->calls) settings += name + "=" + value + " ";
     return settings;

@@ -12,7 +12,8 @@
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <thread>
+
+#include "tests/golden.h"
 
 namespace {
 
@@ -23,11 +24,6 @@ using Json = nlohmann::ordered_json;
 constexpr char kCommand[] = "'" KRAID_BUILD_DIR "/bin/kraid-inventory'";
 constexpr char kDemo[] = "'" KRAID_SOURCE_DIR "/demo'";
 constexpr char kControllers[] = "KVXSG_krSCSIProtocolController";
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 void WriteFile(const fs::path& path, const std::string& text) {
   fs::create_directories(path.parent_path());
@@ -148,13 +144,6 @@ Json Anywhere(const Outcome& outcome) {
     text.replace(at, host.size(), "\"HOST\"");
   }
   return Json::parse(text);
-}
-
-/// Compares with a file that KRAID_UPDATE_GOLDEN in the environment writes anew.
-void CompareGolden(const char* name, const std::string& text) {
-  const fs::path golden = fs::path(KRAID_SOURCE_DIR "/tests/golden") / name;
-  if (std::getenv("KRAID_UPDATE_GOLDEN") != nullptr) WriteFile(golden, text);
-  EXPECT_EQ(text, ReadFile(golden));
 }
 
 TEST_F(Inventory, OfTheSampleMachineIsAsItWas) {

@@ -9,17 +9,13 @@
 #include "hmz/exception.h"
 #include "inventory/log_file.h"
 #include "inventory/tool_monitor.h"
+#include "tests/golden.h"
 
 namespace {
 
 using NKVXHMZ20::TCIMDateTime;
 using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class Printing : public testing::Test {
  protected:

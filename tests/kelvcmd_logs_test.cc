@@ -166,32 +166,4 @@ TEST(EventWords, ReadHexadecimalNumbersUpToTheCompletion) {
   EXPECT_THROW(record.SetConfigData(&cursor, "7"), std::out_of_range);
 }
 
-TEST(LogRecords, DisplayWhatTheyStore) {
-  FakeHost host;
-  testing::internal::CaptureStdout();
-  const auto display = [](auto record, const char* text, auto... more) {
-    CollectedData cursor(nullptr, text);
-    record->SetConfigData(&cursor, "7", more...);
-    record->DisplayAll();
-  };
-  display(std::make_unique<KRaidBstData>(nullptr), "Logical drive 1 - 17 x\n");
-  display(std::make_unique<KRaidEventData>(nullptr), "| 1 | 2 | 3 | 4 | 5 | 6 | 7 |\n");
-  display(std::make_unique<KRaidSubStatData>(nullptr),
-          "A:1 C:2 I:3 PARAMS:4 REQ-OFF:5 MAX-TXER-P:6 CUR-TXER-P:7 \n");
-  display(std::make_unique<KRaidEventDddData>(nullptr),
-          "| 03/15/2004 | 14:02:09 | 1 | 2 | 3 | text\n", 1);
-  display(std::make_unique<KRaidEventSoftData>(nullptr), "head\nCommand completed successfully\n");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Controller number = [7]\nLogical drive number = [1]\nBad stripe number = [17]\n"
-            "Controller number = [7]\nStatistic Time  = [20240517102030.000400+120]\n"
-            "Channel  = [1]\nSCSI ID = [2]\nParity = [3]\nSoft = [4]\nMard = [5]\nPFA = [6]\n"
-            "Misc = [7]\n"
-            "Controller number = [1] Statistic Time  = [20240517102030.000400+120]\n"
-            "channel  = [2] scsiID  = [3] instanceID  = [KelvaRAID:1C2S3] params  = [4] "
-            "req_Off  = [5] max_Txer_P  = [6] cur_Txer_P  = [7]\n"
-            "Controller number = [7]\nDate  = [03/15/2004]\nTime  = [14:02:09]\n"
-            "Channel  = [1]\nID  = [2]\nReason  = [3]\nDescription  = [text]\n"
-            "Controller number = [7]\nNumber Of Entries  = [head\n]\nRecordID  = [1]\n");
-}
-
 }  // namespace

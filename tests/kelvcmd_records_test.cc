@@ -7,20 +7,9 @@
 #include "model/array_stripe_order.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
+#include "tests/fields.h"
 
 namespace {
-
-/// All fields in one text, the "\n" of each written as "$".
-template <class Record>
-std::string Fields(const Record& record,
-                   std::initializer_list<std::string (Record::*)() const> getters) {
-  std::string text;
-  for (const auto getter : getters) {
-    for (const char c : (record.*getter)()) text += c == '\n' ? '$' : c;
-    text += '|';
-  }
-  return text;
-}
 
 std::string Fields(const KRaidLogicalDevice& drive) {
   using L = KRaidLogicalDevice;
@@ -182,34 +171,6 @@ TEST(StripeOrder, TakesOneLineMoreWhenItBeginsWithADigit) {
   }
   CollectedData cursor(nullptr, "Array B stripe order (Channel/SCSI ID) : 1,0\n");
   EXPECT_THROW(A(nullptr).SetConfigData(&cursor, "2"), std::out_of_range);
-}
-
-TEST(Records, DisplayWhatTheyStore) {
-  CollectedData cursor(nullptr, std::string("h\n") + kStatus + kLevelAndSize + kRest + kMerge);
-  KRaidLogicalDevice drive(nullptr);
-  drive.SetConfigData(&cursor, "7", "2");
-  CollectedData device_cursor(nullptr, Device(" Tape", " id", ""));
-  KRaidPhysicalDevice device(nullptr);
-  device.SetConfigData(&device_cursor, "1", "2");
-  CollectedData order_cursor(nullptr, "Array B stripe order (Channel/SCSI ID) : 1,0\n\n");
-  ArrayStripeOrder order(nullptr);
-  order.SetConfigData(&order_cursor, "2");
-  testing::internal::CaptureStdout();
-  drive.DisplayAll();
-  device.DisplayAll();
-  order.DisplayAll();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Controller number = [2]\nLogical drive number = [7]\n"
-            "Status of logical drive = [ OKY\n]\nAdditional information = []\n"
-            "RAID level = [ 5\n]\nSize (in MB) = [ 100\n]\nWrite cache status = [ WB\n]\n"
-            "Number of chunks = [ 3\n]\nStripe-unit size = [ 16K\n]\nAccess blocked = [ No\n]\n"
-            "Part of array = [ A\n]\nPart of merge group = [ 207\n]\n"
-            "Controller number = [1]\nChannel number = [2]\nDevice type = [ Tape\n]\n"
-            "SCSI ID = [ 5\n]\nPFA (Yes/No) = [ No\n]\nState = [ ONL\n]\n"
-            "Size (in MB)/(in sectors) = [ 9/18\n]\nDevice ID = [ id\n]\n"
-            "FRU part number = []\n"
-            "Controller number = [2]\nCollectionID = [KelvaRAID2ArrayB]\nArray data = [B]\n"
-            "Stripe order = [ 1,0\n]\n");
 }
 
 }  // namespace

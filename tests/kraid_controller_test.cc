@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fields.h"
+
 namespace {
 
 TEST(ParseControllerData, CutsTheValueOfTheFirstPlaceWithTheLabel) {
@@ -30,78 +32,6 @@ TEST(ParseControllerData, CutsTheValueOfTheFirstPlaceWithTheLabel) {
   }
 }
 
-// Every label on a line of its own, as short as it may be, with a value that no other line has.
-constexpr char kConfig[] =
-    "Controller information\n"
-    "Controller type: v1\n"
-    "Controller FRU: v2\n"
-    "Serial number: v3\n"
-    "Part number: v4\n"
-    "Actual BIOS version: v5\n"
-    "Firmware version: v6\n"
-    "Boot block version: v7\n"
-    "Device driver version: v8\n"
-    "Cluster solution: v9\n"
-    "Controller slot information: v10\n"
-    "Controller name: v11\n"
-    "SCSI channel description: v12\n"
-    "Initiator IDs (Channel/SCSI ID: v13\n"
-    "Maximum physical devices: v14\n"
-    "Defunct disk drive count: v15\n"
-    "Logical drives/Offline/Critical: v16\n"
-    "Readahead cache setting: v17\n"
-    "Stripe-unit size: v18\n"
-    "Rebuild rate (Low/Medium/High): v19\n"
-    "Hot-swap rebuild: v20\n"
-    "Data scrubbing: v21\n"
-    "Hot-spare: v22\n"
-    "Part of cluster (Yes/No): v23\n"
-    "Unattended mode (Yes/No): v24\n"
-    "Concurrent commands supported: v25\n"
-    "Configuration update count: v26\n"
-    "Serial number: of a device further down\n";
-
-TEST(KRaidController, ReadsItsConfiguration) {
-  KRaidController controller(nullptr);
-  EXPECT_FALSE(controller.GetControllerFound());
-  controller.SetConfigData(kConfig, 12);
-  EXPECT_TRUE(controller.GetControllerFound());
-  EXPECT_EQ(controller.GetControllerNum(), "12");
-  EXPECT_EQ(controller.GetControllerDeviceID(), "KelvaRAID12");
-  using K = KRaidController;
-  std::string (K::*const getters[])() const = {&K::GetControllerType,
-                                               &K::GetControllerFRU,
-                                               &K::GetcontrollerSerialNumber,
-                                               &K::GetControllerPartNumber,
-                                               &K::GetControllerActualBiosVersion,
-                                               &K::GetControllerFirmwareVersion,
-                                               &K::GetControllerBootBlockVersion,
-                                               &K::GetControllerDeviceDriverVersion,
-                                               &K::GetClusterSolutionVersion,
-                                               &K::GetControllerSlotInformation,
-                                               &K::GetControllerName,
-                                               &K::GetControllerSCSIChannelDescription,
-                                               &K::GetControllerInitiatorsIDs,
-                                               &K::GetControllerMaximumPhysicalDevices,
-                                               &K::GetControllerDefuncDiskDriveCount,
-                                               &K::GetControllerLogicalDrives,
-                                               &K::GetControllerReadaheadCacheSetting,
-                                               &K::GetControllerStripeUnitSize,
-                                               &K::GetControllerRebuildRate,
-                                               &K::GetControllerHotSwapRebuild,
-                                               &K::GetControllerDataScrubbing,
-                                               &K::GetHotSpareCopyBack,
-                                               &K::GetControllerPartOfCluster,
-                                               &K::GetControllerUnattendedMode,
-                                               &K::GetControllerConcurrentCommandsSupported,
-                                               &K::GetControllerConfigurationUpdateCount};
-  int row = 0;
-  for (const auto getter : getters) {
-    EXPECT_EQ((controller.*getter)(), "v" + std::to_string(++row) + "\n");
-  }
-  EXPECT_EQ(controller.GetControllerStatus(), "");  // kelvcmd has no such line
-}
-
 TEST(KRaidController, IsNotFoundWithoutItsSection) {
   KRaidController controller(nullptr);
   controller.SetConfigData("Controller type : X\n", 3);
@@ -115,33 +45,28 @@ TEST(KRaidController, IsNotFoundWithoutItsSection) {
 /// FRU and time, and the device identifier; "\n" as "$".
 std::string Fields(const KRaidController& controller) {
   using K = KRaidController;
-  std::string text;
-  for (const auto getter : {&K::GetControllerNum,
-                            &K::GetControllerType,
-                            &K::GetControllerStatus,
-                            &K::GetControllerChannelDescription,
-                            &K::GetControllerFRU,
-                            &K::GetControllerActualBiosVersion,
-                            &K::GetControllerFirmwareVersion,
-                            &K::GetControllerDeviceDriverVersion,
-                            &K::GetControllerBootBlockVersion,
-                            &K::GetControllerSlotInformation,
-                            &K::GetControllerCopybackEnabled,
-                            &K::GetControllerDataScrubbing,
-                            &K::GetControllerDefuncDiskDriveCount,
-                            &K::GetControllerLogicalDrives,
-                            &K::GetControllerVPD,
-                            &K::GetControllerECVersion,
-                            &K::GetBatteryStatus,
-                            &K::GetBatteryOverTemp,
-                            &K::GetBatteryCapacity,
-                            &K::GetBatteryFRU,
-                            &K::GetBatteryTimeRemaining,
-                            &K::GetControllerDeviceID}) {
-    for (const char c : (controller.*getter)()) text += c == '\n' ? '$' : c;
-    text += '|';
-  }
-  return text;
+  return Fields<K>(controller, {&K::GetControllerNum,
+                                &K::GetControllerType,
+                                &K::GetControllerStatus,
+                                &K::GetControllerChannelDescription,
+                                &K::GetControllerFRU,
+                                &K::GetControllerActualBiosVersion,
+                                &K::GetControllerFirmwareVersion,
+                                &K::GetControllerDeviceDriverVersion,
+                                &K::GetControllerBootBlockVersion,
+                                &K::GetControllerSlotInformation,
+                                &K::GetControllerCopybackEnabled,
+                                &K::GetControllerDataScrubbing,
+                                &K::GetControllerDefuncDiskDriveCount,
+                                &K::GetControllerLogicalDrives,
+                                &K::GetControllerVPD,
+                                &K::GetControllerECVersion,
+                                &K::GetBatteryStatus,
+                                &K::GetBatteryOverTemp,
+                                &K::GetBatteryCapacity,
+                                &K::GetBatteryFRU,
+                                &K::GetBatteryTimeRemaining,
+                                &K::GetControllerDeviceID});
 }
 
 TEST(KRaidController, ReadsTheConfigurationOfTheNewerTools) {
@@ -210,18 +135,6 @@ TEST(KRaidController, ReadsItsStatus) {
   controller.AddStatusData(&idle);
   EXPECT_EQ(controller.GetControllerLogicalDrive(), "");
   EXPECT_EQ(controller.GetControllerLastCommandStatus(), " idle\n");
-}
-
-TEST(KRaidController, DisplaysWhatItStores) {
-  KRaidController controller(nullptr);
-  controller.SetConfigData(kConfig, 1);
-  testing::internal::CaptureStdout();
-  controller.DisplayAll();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Controller number = [1]\nController type = [v1\n]\nController FRU = [v2\n]\n"
-            "Serial number = [v3\n]\nPart number = [v4\n]\nActual BIOS version = [v5\n]\n"
-            "Firmware version = [v6\n]\nBoot block version = [v7\n]\n"
-            "Device driver version = [v8\n]\n");
 }
 
 }  // namespace

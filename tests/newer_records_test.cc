@@ -7,20 +7,9 @@
 #include "model/array_stripe_order.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
+#include "tests/fields.h"
 
 namespace {
-
-/// All fields in one text, the "\n" of each written as "$".
-template <class Record>
-std::string Fields(const Record& record,
-                   std::initializer_list<std::string (Record::*)() const> getters) {
-  std::string text;
-  for (const auto getter : getters) {
-    for (const char c : (record.*getter)()) text += c == '\n' ? '$' : c;
-    text += '|';
-  }
-  return text;
-}
 
 TEST(NewerLogicalDevice, KnowsWhichLinesMayBeMissing) {
   using L = KRaidLogicalDevice;
