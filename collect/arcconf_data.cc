@@ -22,11 +22,10 @@ ArcconfData::ArcconfData(NKVXHMZ20::TPluginManagerProvider* provider)
 
 std::string ArcconfData::GatherData(const std::string& command, const std::string& parameter,
                                     int controller_number) {
-  return RunTool(kTool, command, parameter, controller_number);
+  return Run({command.c_str(), parameter.c_str()}, controller_number);
 }
 
 void ArcconfData::InitData(int controller_offset) {
-  logical_drive_num_.clear();
   CaptureOutputs(kCommands);
   for (int number = kFirstController; number <= kLastController; ++number) {
     auto [controller, cursor] = FindController(kGetConfig, number, controller_offset,
@@ -48,16 +47,17 @@ void ArcconfData::ParseLogicalDrives(CollectedData& cursor, KRaidController& con
   static constexpr char kDriveLabel[] = "Logical drive number";
   cursor.GetNextLine();
   std::string line = cursor.GetNextLine();
+  std::string number;
   while (Contains(line, kDriveLabel)) {
-    CutDriveNumber(line, kDriveLabel, logical_drive_num_);
+    CutDriveNumber(line, kDriveLabel, number);
     auto drive = std::make_unique<KRaidLogicalDevice>(provider_);
-    drive->SetConfigArcconfData(&cursor, logical_drive_num_, controller.GetControllerNum());
+    drive->SetConfigArcconfData(&cursor, number, controller.GetControllerNum());
     controller.AddLogicalDevice(std::move(drive));
     line = cursor.GetNextLine();
     if (Contains(line, kDriveLabel)) continue;
     if (Contains(line, "Stripe order")) {
       auto order = std::make_unique<ArrayStripeOrder>(provider_);
-      order->SetConfigArcConfData(&cursor, controller.GetControllerNum(), logical_drive_num_);
+      order->SetConfigArcConfData(&cursor, controller.GetControllerNum(), number);
       controller.AddArrayStripeOrder(std::move(order));
       line = cursor.GetNextLine();
     }
@@ -70,11 +70,12 @@ void ArcconfData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& c
   cursor.GetNextLine();
   std::string line = cursor.GetNextLine();
   while (!Contains(line, kEndMarker)) {
-    // Devices behind a line that tells of none are passed over: that line decides for its group.
+    // This line decides for the devices directly behind it. The type line of a device that is
+    // passed over counts as such a line for the next one.
     const bool has_device = Contains(line, "Device");
-    if (!Contains(line, "Device #")) line = cursor.GetNextLine();
-    for (auto label = line.find("Device #"); label != std::string::npos;
-         label = line.find("Device #")) {
+    if (!Contains(line, kDeviceLabel)) line = cursor.GetNextLine();
+    for (auto label = line.find(kDeviceLabel); label != std::string::npos;
+         label = line.find(kDeviceLabel)) {
       if (has_device) {
         auto device = std::make_unique<KRaidPhysicalDevice>(provider_);
         // No channel: this tool's headings are not read for one.

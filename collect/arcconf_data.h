@@ -23,9 +23,6 @@ class ArcconfData final : public ToolCollector {
  private:
   void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
   void ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller);
-
-  // Taken from the latest heading that had one; it lives on through all controllers of a call.
-  std::string logical_drive_num_;
 };
 
 #endif  // COLLECT_ARCCONF_DATA_H_

@@ -24,12 +24,11 @@ HrconfData::HrconfData(NKVXHMZ20::TPluginManagerProvider* provider)
 
 std::string HrconfData::GatherData(const std::string& command, const std::string& parameter,
                                    int controller_number) {
-  return RunTool(kTool, command, parameter, controller_number);
+  return Run({command.c_str(), parameter.c_str()}, controller_number);
 }
 
 void HrconfData::InitData(int controller_offset) {
   logical_drive_num_.clear();
-  channel_num_.clear();
   CaptureOutputs(kCommands);
   for (int number = kFirstController; number <= kLastController; ++number) {
     auto [controller, cursor] = FindController(kGetConfig, number, controller_offset,
@@ -68,15 +67,15 @@ void HrconfData::ParseLogicalDrives(CollectedData& cursor, KRaidController& cont
 }
 
 void HrconfData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller) {
-  static constexpr std::string_view kDeviceLabel = "Device #";
   cursor.GetNextLine();
   std::string line = cursor.GetNextLine();
+  std::string channel;
   while (!Contains(line, kEndMarker)) {
     if (!Contains(line, "#")) {
       line = cursor.GetNextLine();
       continue;
     }
-    CutChannel(line, channel_num_);
+    CutChannel(line, channel);
     cursor.GetNextLine();
     // The controller's own place on the channel stands there or not.
     if (!Contains(cursor.GetNextLine(), "Initiator at SCSI ID")) cursor.decrementLinePtr();
@@ -84,7 +83,7 @@ void HrconfData::ParsePhysicalDevices(CollectedData& cursor, KRaidController& co
     for (auto label = line.find(kDeviceLabel); label != std::string::npos;
          label = line.find(kDeviceLabel)) {
       auto device = std::make_unique<KRaidPhysicalDevice>(provider_);
-      device->SetConfigHrconfData(&cursor, controller.GetControllerNum(), channel_num_,
+      device->SetConfigHrconfData(&cursor, controller.GetControllerNum(), channel,
                                   line.substr(label, kDeviceLabelLength));
       device->SetScsiID(line.substr(label + kDeviceLabel.size()));
       controller.AddPhysicalDevice(std::move(device));

@@ -12,8 +12,8 @@ class HrconfData final : public ToolCollector {
 
   /// Runs the whole collection. `controller_offset` is the count of the controllers that were found
   /// before: it is added to the numbers of the controllers, but not to those of the raw records.
-  /// Throws std::out_of_range when an output ends before its end marker; what was found before
-  /// stays.
+  /// Throws std::out_of_range when a walk runs off the end of an output that lacks its end marker;
+  /// what was found before stays.
   void InitData(int controller_offset);
 
   /// One run of the tool: all that it printed, "" when the run failed.
@@ -27,9 +27,8 @@ class HrconfData final : public ToolCollector {
   void ParseLogicalDrives(CollectedData& cursor, KRaidController& controller);
   void ParsePhysicalDevices(CollectedData& cursor, KRaidController& controller);
 
-  // Taken from the latest heading that had one; they live on through all controllers of a call.
+  // Taken from the latest heading that had one; it lives on through all controllers of a call.
   std::string logical_drive_num_;
-  std::string channel_num_;
 };
 
 #endif  // COLLECT_HRCONF_DATA_H_

@@ -38,7 +38,7 @@ KelvcmdData::KelvcmdData(NKVXHMZ20::TPluginManagerProvider* provider)
 
 std::string KelvcmdData::GetDataFromTextFile(const std::string& command, const std::string& option,
                                              int controller_number) {
-  return RunTool(kTool, command, option, controller_number);
+  return Run({command.c_str(), option.c_str()}, controller_number);
 }
 
 void KelvcmdData::InitData(int controller_offset) {

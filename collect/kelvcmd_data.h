@@ -13,8 +13,8 @@ class KelvcmdData final : public ToolCollector {
 
   /// Runs the whole collection. `controller_offset` is added to the numbers of the controllers,
   /// but not to those of the raw records, which keep the tool's own.
-  /// Throws std::out_of_range when an output ends before its end marker; what was found before
-  /// stays.
+  /// Throws std::out_of_range when a walk runs off the end of an output that lacks its end marker;
+  /// what was found before stays.
   void InitData(int controller_offset);
 
   /// One run of the tool: all that it printed, "" when the run failed.

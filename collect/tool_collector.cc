@@ -1,7 +1,9 @@
 #include "collect/tool_collector.h"
 
 #include <string_view>
+#include <utility>
 
+#include "model/markers.h"
 #include "model/owned.h"
 #include "model/text.h"
 
@@ -43,7 +45,8 @@ void ToolCollector::CutDriveNumber(const std::string& line, std::string_view lab
                                    std::string& number) {
   const auto found = line.find(label);
   if (found == std::string::npos) return;
-  number = CutShortOf(line, found + 21, line.find('\n', found));
+  number =
+      CutShortOf(line, found + std::string_view(kLogicalDriveLabel).size(), line.find('\n', found));
 }
 
 void ToolCollector::CutChannel(const std::string& line, std::string& channel) {

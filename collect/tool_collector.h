@@ -1,9 +1,11 @@
 #ifndef COLLECT_TOOL_COLLECTOR_H_
 #define COLLECT_TOOL_COLLECTOR_H_
 
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "collect/kraid_raw_data.h"
@@ -47,9 +49,9 @@ class ToolCollector {
   Found FindController(const Command& command, int number, int offset,
                        void (KRaidController::*read)(const std::string&, int)) const;
 
-  /// The number behind a label of 21 characters, its blank included; see CutShortOf: a line that
-  /// ends in a blank or a carriage return gives the number whole, any other loses its last digit.
-  /// Without the label `number` stays.
+  /// The number behind "Logical drive number" and a blank, whether or not `label` has that blank;
+  /// see CutShortOf: a line that ends in a blank or a carriage return gives the number whole, any
+  /// other loses its last digit. Without the label `number` stays.
   static void CutDriveNumber(const std::string& line, std::string_view label, std::string& number);
 
   /// The channel in a heading: between "#" and ":", or up to the end of the line. Without "#"
@@ -61,5 +63,9 @@ class ToolCollector {
   std::vector<std::unique_ptr<KRaidController>> controllers_;
   std::vector<std::unique_ptr<KRaidRawData>> raw_data_;
 };
+
+/// The newer tools' heading of a device, and how much of that line names it.
+inline constexpr std::string_view kDeviceLabel = "Device #";
+inline constexpr std::size_t kDeviceLabelLength = 12;
 
 #endif  // COLLECT_TOOL_COLLECTOR_H_

@@ -42,8 +42,7 @@ void ArrayStripeOrder::SetConfigHrconfData(CollectedData* cursor, const std::str
     next = CollectedData::krRemoveLeadingWhiteSpace(cursor->GetNextLine());
   }
   cursor->decrementLinePtr();
-  collection_id_ =
-      "KelvaRaidCntrlr" + controller_num_ + "LogicalDrv" + logical_drive_num + stripe_order_;
+  collection_id_ = DriveArrayIdentifier(controller_num_, logical_drive_num, stripe_order_);
 }
 
 void ArrayStripeOrder::SetConfigArcConfData(CollectedData* cursor,

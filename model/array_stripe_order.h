@@ -24,18 +24,18 @@ class ArrayStripeOrder {
   /// Reads the array's line in the "getconfig" of the newer tools, on which the cursor stands, and
   /// all lines behind it that continue the list. The whole line stands for the array's letter, and
   /// the list is part of the key.
-  /// Throws std::out_of_range when no line follows.
+  /// Throws std::out_of_range when the list runs to the end of the output.
   void SetConfigHrconfData(CollectedData* cursor, const std::string& controller_num,
                            const std::string& logical_drive_num);
   void SetConfigArcConfData(CollectedData* cursor, const std::string& controller_num,
                             const std::string& logical_drive_num);
 
   std::string GetControllerNum() const { return controller_num_; }
-  /// The key of the array, for example "KelvaRAID1ArrayA".
+  /// The key of the array; see model/identifiers.h.
   std::string GetCollectionID() const { return collection_id_; }
-  /// The array's letter.
+  /// The array's letter; the whole line with the newer tools.
   std::string GetArrayData() const { return array_data_; }
-  /// The members as printed, untrimmed.
+  /// The members as printed; only lines that continue the list lose their leading white space.
   std::string GetStripeOrder() const { return stripe_order_; }
 
   void DisplayAll() const;

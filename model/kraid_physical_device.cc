@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "model/display.h"
+#include "model/identifiers.h"
 #include "model/text.h"
 
 void KRaidPhysicalDevice::ReadTypeLine(CollectedData& cursor) {
@@ -107,8 +108,7 @@ void KRaidPhysicalDevice::ReadNewerFormat(CollectedData& cursor, const std::stri
   } else if (Contains(device_type_, "Hard drive")) {
     ReadRows(cursor, hard_drive_rows, *this);
   }
-  // "Controller", but the channel: hosts know the devices by it.
-  device_id_ += "Controller: " + channel_num_ + device_num_;
+  device_id_ += PlaceIdentifier(channel_num_, device_num_);
 }
 
 void KRaidPhysicalDevice::SplitDeviceId() {

@@ -43,7 +43,8 @@ class KRaidPhysicalDevice {
   std::string GetPfa() const { return pfa_; }
   std::string GetSize() const { return size_; }
   std::string GetState() const { return state_; }
-  /// The tool's identification: maker, product, firmware level and serial number run together.
+  /// kelvcmd's identification: maker, product, firmware level and serial number run together. The
+  /// newer tools have none: it is the device's place there.
   std::string GetDeviceID() const { return device_id_; }
   std::string GetFru() const { return fru_; }
   std::string GetDeviceCode() const { return device_code_; }
@@ -90,8 +91,5 @@ class KRaidPhysicalDevice {
   std::string world_wide_name_;
   std::string write_cache_;
 };
-
-/// How much of a "Device #" line names the device.
-inline constexpr std::size_t kDeviceLabelLength = 12;
 
 #endif  // MODEL_KRAID_PHYSICAL_DEVICE_H_

@@ -19,9 +19,10 @@ inline bool ContainsAny(std::string_view text, std::initializer_list<std::string
                      [text](std::string_view word) { return Contains(text, word); });
 }
 
-/// The text from `begin` up to one character short of `end`: how most values of kelvcmd's are cut,
-/// on purpose. In the tools' layout that character is a blank, or part of a unit behind the value;
-/// where it is not, the value loses its last character. "" when `end` is npos or nothing is left.
+/// The text from `begin` up to one character short of `end`: how values of fixed
+/// layouts are cut, on purpose. In the tools' layout that character is a blank, or part of a unit
+/// behind the value; where it is not, the value loses its last character. "" when `end` is npos or
+/// nothing is left.
 std::string CutShortOf(std::string_view text, std::size_t begin, std::size_t end);
 
 /// The number at the start of the text, in base 10: white space is skipped, reading stops at the
