@@ -78,6 +78,26 @@ TEST(HrconfData, WalksDrivesAndTheirStripeOrders) {
                    "7: LD7/3", "8:"}));
 }
 
+TEST(HrconfData, PassesOverOneSizeLineAndOtherHeadings) {
+  FakeHost host;
+  host.outputs["./kraid/hrconf getconfig 1 al"] =
+      std::string(kHeading) + "Logical drive information\nrule\n" +
+      HrDrive("Logical drive number 1 \n") + "a size\nb size\n" + Order(" 0,0") + "end\n" +
+      "Physical device information\nrule\nChannel #1:\nmode\n" + Tape("Device #0") + kEnd;
+  host.outputs["./kraid/hrconf getconfig 2 al"] =
+      std::string(kHeading) + "Logical drive information\nrule\n" +
+      HrDrive("Logical drive number\n") + "filler\nend\n";
+  HrconfData collector(nullptr);
+  collector.InitData(0);
+  EXPECT_EQ(Describe(collector.GetControllers()), (Texts{"1: LD1/1", "2: LD2/1"}));
+  // Each call begins without a number.
+  host.outputs["./kraid/hrconf getconfig 1 al"] = "";
+  collector.InitData(0);
+  EXPECT_EQ(Describe(collector.GetControllers()).back(), "2: LD2/");
+  host.outputs["./kraid/hrconf a 2 b"] = "printed";
+  EXPECT_EQ(collector.GatherData("a", "b", 2), "printed");
+}
+
 TEST(HrconfData, WalksChannelsAndTheirDevices) {
   FakeHost host;
   host.outputs["./kraid/hrconf getconfig 1 al"] =
@@ -144,20 +164,19 @@ TEST(ArcconfData, WalksDrivesWithAndWithoutStripeOrders) {
 TEST(ArcconfData, WalksDevicesOfGroupsThatTellOfThem) {
   const std::string devices = "rule\nDevices on channel 0\n" + Tape(" Device #0") +
                               Tape("Device #11    ") + "Channel #1:\n" + Tape("Device #2") +
-                              "other\n" + Tape("Device #3") + Tape("no Device here\nDevice #4") +
-                              kEnd;
+                              "other\n" + Tape("Device #3") + Tape("Device #5") +
+                              Tape("no Device here\nDevice #4") + kEnd;
   FakeHost host;
   host.outputs["./kraid/arcconf getconfig 1 al"] =
-      std::string(kHeading) +
-      "Physical drive information\nnot read\nPhysical device information\n" + devices;
+      std::string(kHeading) + "Physical drive information\nnot read\nDevices\n" +
+      Tape("Device #9") + "Physical device information\n" + devices;
   host.outputs["./kraid/arcconf getconfig 2 al"] =
       std::string(kHeading) + "Physical drive information\n" + devices;
   ArcconfData collector(nullptr);
   collector.InitData(0);
-  const std::string found = "//Device #0\n/ ";
   EXPECT_EQ(Describe(collector.GetControllers()),
-            (Texts{"1: D1//Device #0\n/ D1//Device #11  / D1//Device #4\n/",
-                   "2: D2//Device #0\n/ D2//Device #11  / D2//Device #4\n/"}));
+            (Texts{"1: D1//Device #0\n/ D1//Device #11  / D1//Device #5\n/ D1//Device #4\n/",
+                   "2: D2//Device #0\n/ D2//Device #11  / D2//Device #5\n/ D2//Device #4\n/"}));
   EXPECT_EQ(collector.GetControllers()[0]->GetPhysicalDevices()[0]->GetDeviceID(),
             "Controller: Device #0\n");
 }
@@ -170,13 +189,26 @@ TEST(NewerCollectors, LetAnOutputThatEndsTooEarlyEndTheCollection) {
         devices + "Channel #1:\nmode\nInitiator at SCSI ID 7\n" + Tape("Device #0")}) {
     SCOPED_TRACE(output);
     FakeHost host;
-    host.outputs["./kraid/hrconf getconfig 2 al"] = output;
-    host.outputs["./kraid/arcconf getconfig 2 al"] = output;
-    EXPECT_THROW(HrconfData(nullptr).InitData(0), std::out_of_range);
+    for (const std::string tool : {"./kraid/hrconf", "./kraid/arcconf"}) {
+      host.outputs[tool + " getconfig 1 al"] = kHeading;
+      host.outputs[tool + " getconfig 2 al"] = output;
+    }
+    HrconfData hrconf(nullptr);
+    EXPECT_THROW(hrconf.InitData(0), std::out_of_range);
     EXPECT_EQ(host.runs.back(), "./kraid/hrconf getconfig 2 al");
-    EXPECT_THROW(ArcconfData(nullptr).InitData(0), std::out_of_range);
+    ArcconfData arcconf(nullptr);
+    EXPECT_THROW(arcconf.InitData(0), std::out_of_range);
     EXPECT_EQ(host.runs.back(), "./kraid/arcconf getconfig 2 al");
+    // What was found stays.
+    EXPECT_EQ(Describe(hrconf.GetControllers()), Texts{"1:"});
+    EXPECT_EQ(Describe(arcconf.GetControllers()), Texts{"1:"});
+    EXPECT_EQ(arcconf.GetRawDataVector().size(), 2U);
+    EXPECT_EQ(host.log.back(),
+              "3| ARCCONF  using Spawnprocess. Controller# :2 opt1: getconfig opt2: al");
   }
+  FakeHost host;
+  host.outputs["./kraid/arcconf a 2 b"] = "printed";
+  EXPECT_EQ(ArcconfData(nullptr).GatherData("a", "b", 2), "printed");
 }
 
 TEST(KraidCollectData, NumbersControllersOnFromToolToTool) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <vector>
 
 #include "model/array_stripe_order.h"
 #include "model/kraid_logical_device.h"
@@ -34,6 +35,9 @@ TEST(NewerLogicalDevice, KnowsWhichLinesMayBeMissing) {
        "RAID level : 5\nWrite cache status : wb\nNumber of chunks : 3\nStripe-unit size : "
        "64\nnext\n",
        "2|7|| 5$||||||| 3$| 64$||", "next\n"},
+      {"hrconf, without its chunks", kHrconf,
+       "Size : 9\nWrite cache status : wb\nStripe-unit size : 64\nnext\n", "2|7||||| 9$|| wb$|||||",
+       "next\n"},
       {"arcconf, all", kArcconf,
        "Logical drive name : n\nRAID level : 5\nStatus of logical drive : ok\nSize : 9\n"
        "Read-cache mode : r\nWrite-cache mode : w\nWrite-cache setting : s\nNumber of chunks : 3\n"
@@ -63,6 +67,74 @@ TEST(NewerLogicalDevice, KnowsWhichLinesMayBeMissing) {
                           &L::GetStripeUnitSize, &L::GetLogicalDriveList}),
         c.fields);
     EXPECT_EQ(cursor.GetNextLine(), c.next);
+  }
+}
+
+/// Each line in turn without its label: that field alone stays empty, unless the row steps back.
+template <class Record, class Read, class Describe>
+void ExpectEachLineToBeConsumed(const std::vector<std::string>& lines, const Read& read,
+                                const Describe& describe) {
+  for (std::size_t missing = 0; missing < lines.size(); ++missing) {
+    std::string text = "heading\n";
+    for (std::size_t i = 0; i < lines.size(); ++i) text += i == missing ? "x : x\n" : lines[i];
+    CollectedData cursor(nullptr, text + "next\n");
+    Record record(nullptr);
+    read(record, cursor);
+    std::string expected;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      if (i != missing) expected += lines[i].substr(lines[i].find(':') + 1);
+    }
+    EXPECT_EQ(describe(record), expected) << lines[missing];
+    EXPECT_EQ(cursor.GetNextLine(), "next\n") << lines[missing];
+  }
+}
+
+TEST(NewerLogicalDevice, ConsumesEachLineOfArcconf) {
+  using L = KRaidLogicalDevice;
+  ExpectEachLineToBeConsumed<L>(
+      {"Logical drive name : 1\n", "RAID level : 2\n", "Status of logical drive : 3\n",
+       "Size : 4\n", "Read-cache mode : 5\n", "Write-cache mode : 6\n", "Write-cache set : 7\n",
+       "Number of chunks : 8\n"},
+      [](L& drive, CollectedData& cursor) {
+        // The two lines behind them may be missing.
+        drive.SetConfigArcconfData(&cursor, "7", "2");
+      },
+      [](const L& drive) {
+        return drive.GetLogicalDriveName() + drive.GetRaidLevel() +
+               drive.GetStatusOfLogicalDrive() + drive.GetSize() + drive.GetReadCacheStatus() +
+               drive.GetWriteCacheStatus() + drive.GetWriteCacheSetting() +
+               drive.GetNumberOfChunks();
+      });
+}
+
+TEST(NewerPhysicalDevice, ConsumesTheLinesThatEachKindHas) {
+  using P = KRaidPhysicalDevice;
+  const auto describe = [](const P& device) {
+    return device.GetState() + device.GetTransferSpeed() + device.GetVendor() + device.GetModel() +
+           device.GetFirmwareVer() + device.GetSize() + device.GetWriteCache() + device.GetFru() +
+           device.GetPfa();
+  };
+  const struct {
+    const char* type;
+    std::vector<std::string> lines;
+  } kinds[] = {
+      {"Hard drive",
+       {"State : 1\n", "Transfer Speed : 2\n", "Vendor : 3\n", "Model : 4\n", "Firmware : 5\n",
+        "Size : 6\n", "Write Cache : 7\n", "FRU : 8\n", "PFA : 9\n"}},
+      {"Enclosure", {"State : 1\n", "Vendor : 3\n", "Model : 4\n", "Firmware : 5\n"}},
+      {"Unknown", {"State : 1\n", "Vendor : 3\n", "Model : 4\n", "Firmware : 5\n"}},
+  };
+  for (const auto& kind : kinds) {
+    ExpectEachLineToBeConsumed<P>(
+        kind.lines,
+        [&kind](P& device, CollectedData& cursor) {
+          // The type line comes first: the cursor is put before it.
+          CollectedData type(nullptr, std::string("h\nDevice is a ") + kind.type + "\n");
+          EXPECT_THROW(device.SetConfigHrconfData(&type, "2", "1", "d"), std::out_of_range);
+          cursor.decrementLinePtr();
+          device.SetConfigHrconfData(&cursor, "2", "1", "d");
+        },
+        describe);
   }
 }
 
@@ -96,6 +168,11 @@ TEST(NewerPhysicalDevice, ReadsTheLinesOfItsKind) {
            "Reported Channel : 0\nVendor : v\nModel : m\nFirmware : f\nSerial no. : sn\nSize : 9\n"
            "Write Cache : c\nFRU : r\nPFA : p\nnext\n",
        " Hard drive$| s$| t$| 0$|| v$| m$| f$| sn$|| 9$| c$| r$| p$|"},
+      {"arcconf, without a serial number", kArcconf,
+       "Device is a Hard drive\n" + head +
+           "Reported Channel : 0\nVendor : v\nModel : m\nFirmware : f\nWorld-wide name : w\n"
+           "Size : 9\nWrite Cache : c\nFRU : r\nPFA : p\nnext\n",
+       " Hard drive$| s$| t$| 0$|| v$| m$| f$|| w$| 9$| c$| r$| p$|"},
       {"hrconf's has not", kHrconf,
        "Device is a Hard drive\n" + head +
            "Reported Channel : 0\nVendor : v\nModel : m\nFirmware : f\nSerial no. : sn\nx\n"
@@ -113,8 +190,9 @@ TEST(NewerPhysicalDevice, ReadsTheLinesOfItsKind) {
        "Firmware : f\nnext\n",
        " Enclosure$| s$|| 0$|| v$| m$| f$|||||||"},
       {"unknown, before all else", kHrconf,
-       "Device is a Unknown Enclosure\nState : s\nVendor : v\nModel : m\nFirmware : f\nnext\n",
-       " Unknown Enclosure$| s$|||| v$| m$| f$|||||||"},
+       "Device is a Unknown Enclosure\nState : s\nReported Channel : 0\nVendor : v\nModel : "
+       "m\nFirmware : f\nnext\n",
+       " Unknown Enclosure$| s$|| 0$|| v$| m$| f$|||||||"},
       {"any other kind", kArcconf, "Device is a Tape\nnext\n", " Tape$||||||||||||||"},
       {"no kind", kHrconf, "State : s\nnext\n", "||||||||||||||"},
   };
