@@ -24,9 +24,9 @@ InstanceIndex::InstanceIndex(const PublishContext& context, const char* class_na
 }
 
 const Instances& InstanceIndex::All(const std::string& text) const {
-  static const Instances kNone;
+  static const Instances none;
   const auto found = by_text_.find(text);
-  return found == by_text_.end() ? kNone : found->second;
+  return found == by_text_.end() ? none : found->second;
 }
 
 NKVXHMZ20::ICIMInstance* InstanceIndex::First(const std::string& text) const {

@@ -189,7 +189,8 @@ TEST_F(Associations, KnowWhichTypesAndPropertiesCount) {
   commit("KVXSG_krBiosVersion", "KelvaRAID1 BIOS", "by its name");
   Publish({"krFirmwareOnDiskDrive", "krBiosOnController", "ElementKrScsiDeviceData"});
   Texts with_firmware;
-  for (int i : {0, 1, 2, 3, 4}) with_firmware.push_back(disk(types[i]) + " of " + types[i]);
+  for (const std::size_t i : {0U, 1U, 2U, 3U, 4U})
+    with_firmware.push_back(disk(types[i]) + " of " + types[i]);
   EXPECT_EQ(Ends("krFirmwareOnDiskDrive", "DeviceID", "Name"), with_firmware);
   EXPECT_EQ(Ends("krBiosOnController", "DeviceID", "SoftwareElementID"),
             Texts{"KelvaRAID1 of by its name"});

@@ -54,7 +54,7 @@ TEST(Callbacks, RegisterThemselvesAndTellWhatTheyAre) {
 }
 
 TEST(CallbacksDeathTest, TripBoostsAssertionOnNullPointersOfTheHost) {
-  EXPECT_DEATH(
+  EXPECT_DEATH(  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it ends while it is made
       {
         standin::SetPluginManager(boost::make_shared<standin::Repository>());  // no manager
         new TKraidCallbacks;
@@ -124,8 +124,8 @@ TEST_F(Publishing, SetsAllPropertiesInTheirOrder) {
   for (const DispatchEntry& entry : DispatchList()) {
     settings += std::string(entry.class_name) + "\n";
     for (const auto& [name, value] : CallsOf(entry.class_name)) {
-      settings += "  " + name + " ";
-      for (const char c : value) settings += c == '\n' ? "\\n" : std::string(1, c);
+      settings.append("  ").append(name).append(" ");
+      for (const char c : value) c == '\n' ? settings.append("\\n") : settings.append(1, c);
       settings += "\n";
     }
   }
@@ -175,7 +175,9 @@ TEST_F(Publishing, PublishesTheManagersEventsAcrossRequests) {
     Publish(class_name,
             {boost::make_shared<standin::Repository>(), recorder, collector, manager_log});
     std::string settings;
-    for (const auto& [name, value] : recorder->calls) settings += name + "=" + value + " ";
+    for (const auto& [name, value] : recorder->calls) {
+      settings.append(name).append("=").append(value).append(" ");
+    }
     return settings;
   };
   const auto entry = [](const std::string& time, const std::string& severity,
