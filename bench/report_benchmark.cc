@@ -1,0 +1,141 @@
+// What the command itself costs, tools aside: the whole of a run on the sample machine, and each
+// format as the number of instances grows.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "inventory/check.h"
+#include "inventory/collection.h"
+#include "inventory/json_printer.h"
+#include "inventory/mof_printer.h"
+#include "inventory/text_printer.h"
+#include "standin/host_services.h"
+#include "standin/schema.h"
+
+namespace {
+
+const char* const kFormatNames[] = {"text", "json", "mof", "check", "instances"};
+
+void Print(const Report& report, std::int64_t format) {
+  OutputFile output("/dev/null");
+  switch (format) {
+    case 0:
+      PrintText(report, "/", {}, output);
+      break;
+    case 1:
+      PrintJson(report, output);
+      break;
+    case 2:
+      PrintMof(report, output);
+      break;
+    case 3:
+      benchmark::DoNotOptimize(PrintCheck(report, output));
+      break;
+    default:
+      PrintInstances(report, {}, output);
+  }
+  output.Finish();
+  if (!output.GetError().empty()) std::abort();
+}
+
+/// Loads the plug-in, collects, prints and unloads; the tools' outputs are there already.
+void BM_SampleMachine(benchmark::State& state) {
+  std::filesystem::current_path(KRAID_SOURCE_DIR "/demo");
+  Options options;
+  options.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
+  for (const auto& known : standin::Schema()) options.classes.emplace_back(known.name);
+  const ToolMonitor tools({}, false);
+  std::map<std::string, std::string> outputs;
+  standin::Services().spawn_process = [&outputs](const std::string& program,
+                                                 const std::vector<std::string>& arguments) {
+    std::string command = program;
+    for (const std::string& argument : arguments) command.append(" ").append(argument);
+    const auto [found, is_new] = outputs.emplace(command, "");
+    if (is_new) found->second = standin::RealServices().spawn_process(program, arguments);
+    return found->second;
+  };
+  const auto run = [&] {
+    standin::Repository repository;
+    const Collection collection = Collect(options, repository, tools);
+    if (!collection.failures.empty() || repository.GetCommitted().size() < 300) std::abort();
+    Print({"host", 0, {}, repository}, state.range(0));
+  };
+  run();  // fills the outputs
+  for (auto _ : state) run();
+  standin::Services() = standin::RealServices();
+  state.SetLabel(kFormatNames[state.range(0)]);
+}
+BENCHMARK(BM_SampleMachine)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
+
+/// A controller with so many drives, each with counters, and their associations.
+void Fill(standin::Repository& repository, int drives) {
+  using NKVXHMZ20::TCIMReference;
+  const auto commit = [&repository](
+                          const char* class_name,
+                          const std::vector<std::pair<std::string, NKVXHMZ20::TCIMValue>>& rows) {
+    const auto instance = repository.GetClass(class_name)->CreateInstance({});
+    for (const auto& [name, value] : rows) instance->SetPropertyValue(name, value, {});
+    instance->Commit({});
+    return instance->GetReference();
+  };
+  const TCIMReference controller = commit("KVXSG_krSCSIProtocolController",
+                                          {{"SystemCreationClassName", "KVXSG_ComputerSystem"},
+                                           {"SystemName", "host"},
+                                           {"CreationClassname", "KVXSG_krSCSIProtocolController"},
+                                           {"DeviceID", "KelvaRAID1"},
+                                           {"ControllerNum", "1"}});
+  for (int i = 0; i < drives; ++i) {
+    const std::string number = std::to_string(i);
+    const TCIMReference drive =
+        commit("KVXSG_krDiskDrive", {{"SystemCreationClassName", "KVXSG_ComputerSystem"},
+                                     {"SystemName", "host"},
+                                     {"CreationClassname", "KVXSG_krDiskDrive"},
+                                     {"DeviceID", "C1 CH1 I" + number + ": BRELLOW\n"},
+                                     {"ControllerNum", "1"},
+                                     {"Channel", "1"},
+                                     {"ScsiId", " " + number + "\n"},
+                                     {"State", i % 100 == 0 ? " Defunct\n" : " Online\n"},
+                                     {"PFA", " No\n"}});
+    commit("KVXSG_krSCSIDeviceData", {{"InstanceID", "KelvaRAID:1C1S" + number},
+                                      {"ControllerNum", "1"},
+                                      {"Channel", "1"},
+                                      {"ScsiId", number},
+                                      {"NumSoftErrors", "3"}});
+    commit("KVXSG_krProtocolControllerForPhysicalDisk",
+           {{"Dependent", drive}, {"Antecedent", controller}});
+  }
+}
+
+/// In turn, so that the ratio holds when the machine's speed drifts.
+void BM_TwiceTheInstances(benchmark::State& state) {
+  standin::Repository once;
+  standin::Repository twice;
+  Fill(once, 10'000);
+  Fill(twice, 20'000);
+  std::vector<double> ratios;
+  for (auto _ : state) {
+    double seconds[2] = {};
+    for (const auto& [repository, time] : {std::pair{&once, &seconds[0]}, {&twice, &seconds[1]}}) {
+      const auto start = std::chrono::steady_clock::now();
+      Print({"host", 0, {}, *repository}, state.range(0));
+      *time = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+    ratios.push_back(seconds[1] / seconds[0]);
+  }
+  std::nth_element(ratios.begin(), ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2),
+                   ratios.end());
+  state.counters["ratio"] = ratios[ratios.size() / 2];
+  state.SetLabel(kFormatNames[state.range(0)]);
+}
+BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
