@@ -5,6 +5,7 @@
 #include <exception>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "standin/plugin_manager.h"
 
@@ -42,13 +43,15 @@ Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor
 
 }  // namespace
 
-std::vector<Problem> Collect(const Options& options, standin::Repository& repository,
-                             const ToolMonitor& tools) {
-  std::vector<Problem> problems;
+Collection Collect(const Options& options, standin::Repository& repository,
+                   const ToolMonitor& tools) {
+  Collection collection;
+  std::vector<Problem>& failures = collection.failures;
   try {
     standin::LoadedPlugin plugin(options.plugin);
     for (int pass = 0; pass < options.passes; ++pass) {
       repository.ForgetNamedClass();
+      const std::size_t committed_before = repository.GetCommitted().size();
       std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;
       for (const std::string& name : options.classes) {
         classes.push_back(repository.GetOrDeclareClass(name));
@@ -59,14 +62,18 @@ std::vector<Problem> Collect(const Options& options, standin::Repository& reposi
       try {
         plugin.GetQueries().GetData(cim_namespace, classes);
       } catch (...) {
-        const Problem problem = DescribeFailure(repository, tools);
-        if (std::find(problems.begin(), problems.end(), problem) == problems.end()) {
-          problems.push_back(problem);
+        Problem failure = DescribeFailure(repository, tools);
+        failure.is_failure = true;
+        if (std::find(failures.begin(), failures.end(), failure) == failures.end()) {
+          failures.push_back(std::move(failure));
         }
+      }
+      if (repository.GetCommitted().size() > committed_before) {
+        collection.latest_pass = committed_before;
       }
     }
   } catch (const std::exception& error) {
-    problems.push_back({"plug-in " + options.plugin.string(), error.what()});
+    failures.push_back({"plug-in " + options.plugin.string(), error.what(), true});
   }
-  return problems;
+  return collection;
 }

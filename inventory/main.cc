@@ -7,13 +7,16 @@
 #include <filesystem>
 #include <optional>
 
+#include "inventory/check.h"
 #include "inventory/collection.h"
 #include "inventory/exit_status.h"
 #include "inventory/json_printer.h"
 #include "inventory/log_file.h"
+#include "inventory/mof_printer.h"
 #include "inventory/options.h"
 #include "inventory/output_file.h"
 #include "inventory/terminal.h"
+#include "inventory/text_printer.h"
 #include "inventory/tool_monitor.h"
 #include "standin/host_services.h"
 #include "standin/repository.h"
@@ -39,6 +42,32 @@ void ResetSignals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+/// Returns the exit status, which only a check has a say in.
+int Print(const Options& options, const Report& report, OutputFile& output) {
+  switch (options.format) {
+    case Format::kText: {
+      const Display display = FindDisplay(options.color, !options.output.empty());
+      if (options.all_classes) {
+        PrintText(report, std::filesystem::current_path().string(), display, output);
+      } else {
+        PrintInstances(report, display, output);
+      }
+      break;
+    }
+    case Format::kJson:
+      PrintJson(report, output);
+      break;
+    case Format::kMof:
+      PrintMof(report, output);
+      break;
+    case Format::kCheck: {
+      const CheckStatus status = PrintCheck(report, output);
+      return report.exit_status == kExitOutput ? kCheckUnknown : status;
+    }
+  }
+  return report.exit_status;
+}
+
 int Run(const Options& options) {
   OutputFile output(options.output);
   if (!output.GetError().empty()) {
@@ -56,7 +85,7 @@ int Run(const Options& options) {
     std::filesystem::current_path(options.root, error);
     if (error) {
       Complain("cannot work in " + options.root.string() + ": " + error.message());
-      return kExitUsage;
+      return options.format == Format::kCheck ? int{kCheckUnknown} : int{kExitUsage};
     }
   }
 
@@ -69,12 +98,12 @@ int Run(const Options& options) {
   standin::Services().log = [&log](int level, const auto& text) { log.Write(level, text); };
 
   standin::Repository repository;
-  Report report{standin::Services().get_machine_name(), kExitAnswered, {}, repository};
-  const std::vector<Problem> failures = Collect(options, repository, tools);
+  const Collection collection = Collect(options, repository, tools);
   tools.GetProgress().Clear();
 
-  report.problems = tools.GetProblems();
-  for (const Problem& failure : failures) {
+  Report report{standin::Services().get_machine_name(), kExitAnswered, tools.GetProblems(),
+                repository, collection.latest_pass};
+  for (const Problem& failure : collection.failures) {
     Complain(failure.what + ": " + failure.why);
     report.problems.push_back(failure);
     report.exit_status = kExitFailed;
@@ -84,13 +113,13 @@ int Run(const Options& options) {
     report.exit_status = kExitOutput;
   }
 
-  PrintJson(report, output);
+  const int exit_status = Print(options, report, output);
   output.Finish();
   if (!output.GetError().empty()) {
     if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
     return kExitOutput;
   }
-  return report.exit_status;
+  return exit_status;
 }
 
 }  // namespace
@@ -98,14 +127,15 @@ int Run(const Options& options) {
 int main(int argc, char** argv) {
   FillStandardDescriptors();
   ResetSignals();
+  std::optional<Options> options;
   try {
     int exit_status = kExitAnswered;
-    const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
+    options = ParseOptions(argc, argv, exit_status);
     if (!options) return exit_status;
     CleanUpOnSignals();
     return Run(*options);
   } catch (const std::exception& error) {
     Complain(error.what());
-    return kExitFailed;
+    return options && options->format == Format::kCheck ? int{kCheckUnknown} : int{kExitFailed};
   }
 }

@@ -1,9 +1,16 @@
 #include "inventory/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <map>
+#include <span>
+#include <string_view>
 
+#include "inventory/check.h"
+#include "inventory/class_list.h"
 #include "inventory/exit_status.h"
+#include "inventory/terminal.h"
 #include "standin/schema.h"
 
 namespace {
@@ -13,24 +20,72 @@ namespace fs = std::filesystem;
 constexpr char kFooter[] =
     "\nExit status: 0 the plug-in answered, even with no controller; 1 the plug-in or the host\n"
     "threw (what had been committed is printed all the same); 2 the command line is wrong; 3 the\n"
-    "output could not be written.\n"
+    "output could not be written. With --check: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN.\n"
     "\nExamples:\n"
-    "  kraid-inventory KVXSG_krSCSIProtocolController     the controllers of this machine\n"
-    "  kraid-inventory --root /srv/tools --log run.log    tools below /srv/tools/kraid\n";
+    "  kraid-inventory                                    what is in this machine, what is broken\n"
+    "  kraid-inventory --root /srv/tools --check          for monitoring; tools in "
+    "/srv/tools/kraid\n"
+    "  kraid-inventory --format json KVXSG_krDiskDrive    the disk drives, for programs\n";
+
+constexpr std::pair<const char*, Format> kFormats[] = {
+    {"text", Format::kText}, {"json", Format::kJson}, {"mof", Format::kMof}};
+constexpr std::pair<const char*, Color> kColors[] = {
+    {"auto", Color::kAuto}, {"always", Color::kAlways}, {"never", Color::kNever}};
+
+/// An option whose value is one of a few words.
+template <class Value, std::size_t kCount>
+CLI::Option* AddChoice(CLI::App& app, const char* name, Value& value,
+                       const std::pair<const char*, Value> (&choices)[kCount],
+                       const char* description) {
+  std::string words;
+  for (const auto& choice : choices) words.append(words.empty() ? "" : "|").append(choice.first);
+  const auto read = [&value, &choices, name, words](const std::string& word) {
+    for (const auto& choice : choices) {
+      if (word == choice.first) {
+        value = choice.second;
+        return;
+      }
+    }
+    throw CLI::ValidationError(name, "\"" + word + "\" is none of " + words);
+  };
+  return app.add_option_function<std::string>(name, read, description)->type_name(words);
+}
+
+/// Nothing else than an answer is asked for: prints it.
+std::nullopt_t Answer(const std::string& text, int& exit_status) {
+  exit_status = std::cout << text << std::flush ? kExitAnswered : kExitOutput;
+  return std::nullopt;
+}
+
+/// A monitoring system reads the exit status in its own way, and one line of standard output.
+std::nullopt_t Refuse(const std::string& why, std::span<const char* const> arguments,
+                      int& exit_status) {
+  Complain(why);
+  std::cerr << "Try '" << kProgramName << " --help' for the options.\n";
+  exit_status = kExitUsage;
+  const auto is_check = [](const char* argument) {
+    return std::string_view(argument) == "--check";
+  };
+  if (std::any_of(arguments.begin(), arguments.end(), is_check)) {
+    std::cout << UnknownLine(why) << std::flush;
+    exit_status = kCheckUnknown;
+  }
+  return std::nullopt;
+}
+
+void WarnOfUnknownClasses(const std::vector<std::string>& classes) {
+  for (const std::string& name : classes) {
+    const std::string_view nearest = NearestClass(name);
+    if (name == nearest) continue;
+    Complain("the schema has no class " + name + "; did you mean " + std::string(nearest) + "?");
+  }
+}
 
 // Beside this program: the same place in the build tree and after installation.
 fs::path DefaultPlugin() {
   std::error_code error;
   const fs::path self = fs::read_symlink("/proc/self/exe", error);
   return (self.parent_path() / "../lib/libkraid.pi.so").lexically_normal();
-}
-
-std::string CheckFormat(const std::string& format) {
-  if (format == "json") return "";
-  if (format == "text" || format == "mof") {
-    return "the format " + format + " is not available yet; json is";
-  }
-  return "unknown format \"" + format + "\"; json is available";
 }
 
 std::string CheckSeconds(const std::string& text) {
@@ -53,7 +108,8 @@ fs::path Absolute(const fs::path& path) {
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status) {
   Options options;
   options.plugin = DefaultPlugin();
-  std::string format = "json";
+  bool list = false;
+  bool check = false;
   double tool_timeout_s = std::chrono::duration<double>(options.tool_timeout).count();
 
   CLI::App app("Loads the KelvaRAID collector plug-in as a host does and prints what it reports.",
@@ -61,8 +117,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   app.footer(kFooter);
   app.get_formatter()->column_width(26);
   app.set_version_flag("--version", std::string(kProgramName) + " " KRAID_VERSION);
-  app.add_option("CLASS", options.classes,
-                 "classes to ask for, in this order, repeats allowed; none: all of the schema");
+  CLI::Option* const classes =
+      app.add_option("CLASS", options.classes,
+                     "classes to ask for, in this order, repeats allowed; none: all of the schema");
   app.add_option("--root", options.root,
                  "work in this directory: the tools are DIR/kraid/... (default: the current one)")
       ->type_name("DIR")
@@ -71,9 +128,19 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "the plug-in to load (default: the one beside this program)")
       ->type_name("FILE")
       ->check(CLI::ExistingFile.description(""));
-  app.add_option("--format", format, "json; text and mof are to come")
-      ->type_name("json|text|mof")
-      ->check(CLI::Validator(CheckFormat, ""));
+  CLI::Option* const format =
+      AddChoice(app, "--format", options.format, kFormats,
+                "text, for people (the default); json; mof, for the schema kvxsg.mof");
+  AddChoice(app, "--color", options.color, kColors,
+            "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
+  CLI::Option* const check_flag =
+      app.add_flag("--check", check, "one line and the exit status for a monitoring system")
+          ->excludes(format)
+          ->excludes(classes);
+  app.add_flag("--list", list, "list the classes of the schema")
+      ->excludes(check_flag)
+      ->excludes(format)
+      ->excludes(classes);
   app.add_option("--output", options.output,
                  "write there, whole or not at all (default: standard output)")
       ->type_name("FILE")
@@ -91,20 +158,21 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   app.add_flag("--verbose", options.verbose,
                "show on standard error what the tools write to their standard error");
 
+  const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& done) {
     app.exit(done);
-    exit_status = std::cout.flush() ? kExitAnswered : kExitOutput;
-    return std::nullopt;
+    return Answer("", exit_status);
   } catch (const CLI::ParseError& error) {
-    std::cerr << kProgramName << ": " << error.what() << "\nTry '" << kProgramName
-              << " --help' for the options.\n";
-    exit_status = kExitUsage;
-    return std::nullopt;
+    return Refuse(error.what(), arguments, exit_status);
   }
+  if (list) return Answer(ClassList(), exit_status);
 
-  if (options.classes.empty()) {
+  if (check) options.format = Format::kCheck;
+  options.all_classes = options.classes.empty();
+  WarnOfUnknownClasses(options.classes);
+  if (options.all_classes) {
     for (const standin::SchemaClass& known : standin::Schema()) {
       options.classes.emplace_back(known.name);
     }
@@ -114,9 +182,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
     *path = Absolute(*path);
   }
   if (!options.log.empty() && options.log == options.output) {
-    std::cerr << kProgramName << ": --log and --output name the same file\n";
-    exit_status = kExitUsage;
-    return std::nullopt;
+    return Refuse("--log and --output name the same file", arguments, exit_status);
   }
   return options;
 }

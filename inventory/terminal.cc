@@ -1,5 +1,6 @@
 #include "inventory/terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -29,7 +30,10 @@ ProgressLine::~ProgressLine() { Clear(); }
 
 void ProgressLine::Show(const std::string& text) {
   if (!on_terminal_) return;
-  std::cerr << kClearLine << text << std::flush;
+  // One that runs over the end of its line could not be taken away.
+  winsize size{};
+  const bool is_known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  std::cerr << kClearLine << text.substr(0, is_known ? size.ws_col - 1 : text.npos) << std::flush;
   shown_ = true;
 }
 

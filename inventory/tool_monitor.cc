@@ -1,6 +1,7 @@
 #include "inventory/tool_monitor.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 
 #include "hmz/exception.h"
@@ -48,7 +49,11 @@ std::vector<Problem> ToolMonitor::GetProblems() const {
       why += reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
       if (record.reasons.size() > 1) why += " (" + std::to_string(count) + ")";
     }
-    problems.push_back({program, why});
+    // The system's reason would not tell: a script without its interpreter has the same.
+    std::error_code error;
+    const bool is_absence =
+        record.failures == record.runs && !std::filesystem::exists(program, error) && !error;
+    problems.push_back({program, why, false, is_absence});
   }
   return problems;
 }

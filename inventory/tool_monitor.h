@@ -13,6 +13,8 @@
 struct Problem {
   std::string what;
   std::string why;
+  bool is_failure = false;  ///< The plug-in or the host threw.
+  bool is_absence = false;  ///< The tool is not there, as most machines lack two of the three.
 
   bool operator==(const Problem&) const = default;
 };

@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "hmz/exception.h"
 #include "inventory/log_file.h"
 #include "inventory/tool_monitor.h"
-#include "tests/golden.h"
+#include "tests/print_to.h"
 
 namespace {
 
@@ -17,44 +15,28 @@ using NKVXHMZ20::TCIMDateTime;
 using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
-class Printing : public testing::Test {
- protected:
-  Printing() {
-    std::string pattern = testing::TempDir() + "kraid-XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~Printing() override { std::filesystem::remove_all(folder_); }
+std::string Print(const Report& report) {
+  return Printed([&](OutputFile& output) { PrintJson(report, output); });
+}
 
-  std::string Print(const Report& report) {
-    OutputFile output(folder_ / "report.json");
-    PrintJson(report, output);
-    output.Finish();
-    EXPECT_EQ(output.GetError(), "");
-    return ReadFile(folder_ / "report.json");
-  }
-
-  std::filesystem::path folder_;
-};
-
-TEST_F(Printing, WritesEveryKindOfValue) {
+TEST(JsonPrinter, WritesEveryKindOfValue) {
   standin::Repository repository;
   const TCIMReference path(nullptr, "KVXSG_X", {{"Z", TCIMValue("z")}, {"A", TCIMValue("\xff")}});
-  const auto instance = repository.GetClass("KVXSG_krRawData")->CreateInstance({});
-  const std::pair<const char*, TCIMValue> properties[] = {
-      {"Text", TCIMValue("line\n\"\\\x01")},
-      {"NotUtf8", TCIMValue("a\xff\xc3(\xe2\x82")},
-      {"Nul", TCIMValue(std::string("a\0b", 3))},
-      {"Uint16", TCIMValue(std::uint16_t{66})},
-      {"Uint32", TCIMValue(std::uint32_t{4294967295})},
-      {"Time", TCIMValue(TCIMDateTime(2005, 0, 5, 13, 2, 3, 0, -300))},
-      {"Null", TCIMValue()},
-      {"Array", {TCIMValue::TCIMType(TCIMValue::kString), 2, {TCIMValue("a"), TCIMValue("")}}},
-      {"Empty", {TCIMValue::TCIMType(TCIMValue::kUint32), 0, {}}},
-      {"Path", TCIMValue(path)},
-  };
-  for (const auto& [name, value] : properties) instance->SetPropertyValue(name, value, {});
-  instance->Commit({});
-  repository.GetOrDeclareClass("Other")->CreateInstance({})->Commit({});
+  Commit(
+      repository, "KVXSG_krRawData",
+      {
+          {"Text", TCIMValue("line\n\"\\\x01")},
+          {"NotUtf8", TCIMValue("a\xff\xc3(\xe2\x82")},
+          {"Nul", TCIMValue(std::string("a\0b", 3))},
+          {"Uint16", TCIMValue(std::uint16_t{66})},
+          {"Uint32", TCIMValue(std::uint32_t{4294967295})},
+          {"Time", TCIMValue(TCIMDateTime(2005, 0, 5, 13, 2, 3, 0, -300))},
+          {"Null", TCIMValue()},
+          {"Array", {TCIMValue::TCIMType(TCIMValue::kString), 2, {TCIMValue("a"), TCIMValue("")}}},
+          {"Empty", {TCIMValue::TCIMType(TCIMValue::kUint32), 0, {}}},
+          {"Path", TCIMValue(path)},
+      });
+  Commit(repository, "Other", {});
 
   EXPECT_EQ(Print({"host \"x\"", 1, {{"what", "why"}}, repository}),
             R"({
@@ -110,18 +92,19 @@ TEST_F(Printing, WritesEveryKindOfValue) {
 )");
 }
 
-TEST_F(Printing, OfNothingIsADocument) {
+TEST(JsonPrinter, OfNothingIsADocument) {
   const standin::Repository repository;
   const auto document = nlohmann::json::parse(Print({"h", 0, {}, repository}));
   EXPECT_TRUE(document["problems"].empty() && document["problems"].is_array());
   EXPECT_TRUE(document["instances"].empty() && document["instances"].is_array());
 }
 
-TEST_F(Printing, LogsOneLineForEachMessage) {
-  LogFile log(folder_ / "log");
+TEST(LogFile, HasOneLineForEachMessage) {
+  const std::string path = testing::TempDir() + "kraid-log";
+  LogFile log(path);
   log.Write(3, "first\\line\nsecond\ttab");
   log.Write(-1, "");
-  EXPECT_EQ(ReadFile(folder_ / "log"), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
+  EXPECT_EQ(ReadFile(path), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
   EXPECT_EQ(log.GetError(), "");
 }
 

@@ -3,20 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <boost/make_shared.hpp>
-#include <filesystem>
 #include <map>
 #include <set>
 #include <stdexcept>
 
-#include "collect/kraid_collect_data.h"
-#include "plugin/dispatch.h"
-#include "plugin/publishers.h"
-#include "raidmgr/collect_raid_mgr_data.h"
-#include "standin/repository.h"
-#include "tests/fake_host.h"
-#include "tests/golden.h"
 #include "tests/mof_reader.h"
+#include "tests/sample_machine.h"
 
 namespace {
 
@@ -83,26 +75,8 @@ std::string PublishedProperties(const standin::StoredInstance& instance,
 }
 
 TEST(SchemaFile, DeclaresWhatThePluginPublishesOnTheSampleMachine) {
-  namespace fs = std::filesystem;
-  FakeHost host;
-  for (const auto& file : fs::recursive_directory_iterator(KRAID_SOURCE_DIR "/demo/kraid")) {
-    if (file.path().extension() != ".txt") continue;
-    const fs::path number = file.path().parent_path();
-    std::string command = file.path().stem().string();
-    command.replace(command.find('-'), 1, " " + number.filename().string() + " ");
-    host.outputs["./kraid/" + number.parent_path().stem().string() + " " + command] =
-        ReadFile(file.path());
-  }
-  KraidCollectData collector(nullptr);
-  collector.InitData();
-  CollectRaidMgrData manager_log(nullptr, KRAID_SOURCE_DIR "/demo/KelvMgr/");
-  const auto repository = boost::make_shared<standin::Repository>();
-  for (const DispatchEntry& entry : DispatchList()) {
-    Publish(entry.class_name,
-            {repository, repository->GetClass(entry.class_name), collector, manager_log});
-  }
-
   std::map<std::string, std::set<std::string>> published;
+  const auto repository = PublishSampleMachine();
   for (const auto& instance : repository->GetCommitted()) {
     const auto known = std::find_if(
         standin::Schema().begin(), standin::Schema().end(),

@@ -1,0 +1,223 @@
+#include "inventory/health.h"
+
+#include <algorithm>
+#include <charconv>
+#include <initializer_list>
+#include <string_view>
+
+namespace {
+
+using Words = std::initializer_list<std::string_view>;
+
+std::string Lower(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+/// The state without the short form that stands behind it: "online" of "Online (ONL)".
+std::string LongForm(const std::string& state) {
+  return Lower(state.substr(0, state.ends_with(')') ? state.rfind(" (") : std::string::npos));
+}
+
+bool IsOneOf(const std::string& state, Words words) {
+  return std::find(words.begin(), words.end(), LongForm(state)) != words.end();
+}
+
+bool HoldsOneOf(const std::string& state, Words words) {
+  const std::string text = Lower(state);
+  return std::any_of(words.begin(), words.end(),
+                     [&](std::string_view word) { return text.find(word) != std::string::npos; });
+}
+
+bool IsRebuild(const std::string& text) { return HoldsOneOf(text, {"rebuild"}); }
+
+/// A state that may be missing: "" is fine, too.
+bool IsFineOrMissing(const std::string& state, Words fine) {
+  return state.empty() || IsOneOf(state, fine);
+}
+
+/// What is wrong with one object, gathered.
+struct Wrongs {
+  Severity severity = Severity::kFine;
+  std::string what;
+
+  void Add(Severity new_severity, const std::string& text) {
+    if (new_severity == Severity::kFine) return;
+    severity = std::max(severity, new_severity);
+    if (!what.empty()) what += ", ";
+    what += text;
+  }
+};
+
+std::string StateText(const std::string& state) {
+  return state.empty() ? "no state is reported" : state;
+}
+
+/// Of "3/0/1" the offline and the critical ones, together; 0 for what is no such text.
+std::size_t CountOfLost(const std::string& drive_counts) {
+  std::size_t counts[3] = {};
+  const char* at = drive_counts.data();
+  const char* const end = at + drive_counts.size();
+  for (std::size_t& count : counts) {
+    while (at < end && (*at == '/' || *at == ' ')) ++at;
+    at = std::from_chars(at, end, count).ptr;
+  }
+  return counts[1] + counts[2];
+}
+
+std::size_t NumberOf(const std::string& text) {
+  std::size_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+class Assessor {
+ public:
+  Health Assess(const Machine& machine) {
+    for (const Controller& controller : machine.controllers) AssessController(controller);
+    const auto first_warning =
+        std::stable_partition(health_.findings.begin(), health_.findings.end(),
+                              [](const Finding& f) { return f.severity == Severity::kCritical; });
+    health_.critical = static_cast<std::size_t>(first_warning - health_.findings.begin());
+    return std::move(health_);
+  }
+
+ private:
+  void AssessController(const Controller& controller) {
+    where_ = "controller " + controller.number;
+    if (!controller.name.empty()) where_ += " (" + controller.name + ")";
+    const std::size_t failed_before = health_.failed_devices;
+    const std::size_t degraded_before = health_.degraded_drives;
+    const std::size_t rebuilds_before = health_.rebuilds;
+    // The controller's own finding stands before those of its parts, and looks at them.
+    const auto place = static_cast<std::ptrdiff_t>(health_.findings.size());
+    for (const LogicalDrive& drive : controller.logical_drives) AssessDrive(drive);
+    for (const auto& [drive, count] : controller.stray_bad_stripes) {
+      ++health_.drives_with_bad_stripes;
+      Find({Severity::kWarning, count + " bad stripes"}, ", logical drive " + drive);
+    }
+    for (const Device& device : controller.devices) AssessDevice(device);
+    for (const Device& counters : controller.stray_counters) AssessCounters(counters);
+    for (const DriveGroup& group : controller.groups) {
+      for (const std::string& absent : group.absent_places) {
+        ++health_.failed_devices;
+        Find({Severity::kCritical, "missing: in a stripe order, but not among the devices"},
+             ", device " + absent);
+      }
+    }
+    const Wrongs own =
+        AssessOwn(controller, health_.failed_devices - failed_before,
+                  health_.degraded_drives - degraded_before, health_.rebuilds - rebuilds_before);
+    if (own.severity != Severity::kFine) {
+      health_.findings.insert(health_.findings.begin() + place, {own.severity, where_, own.what});
+    }
+  }
+
+  /// The numbers are those of the controller's parts that were found to be so.
+  Wrongs AssessOwn(const Controller& controller, std::size_t failed, std::size_t degraded,
+                   std::size_t rebuilding) {
+    Wrongs wrongs;
+    if (!IsFineOrMissing(controller.status, {"okay", "optimal"})) {
+      wrongs.Add(JudgeLogicalDrive(controller.status), controller.status);
+    }
+    // Counts say more than the lists do when something does not answer any more.
+    if (const std::size_t count = NumberOf(controller.defunct_drives); count > failed) {
+      health_.failed_devices += count - failed;
+      wrongs.Add(Severity::kCritical, controller.defunct_drives + " defunct disk drives, " +
+                                          std::to_string(failed) + " of them listed");
+    }
+    if (const std::size_t count = CountOfLost(controller.drive_counts); count > degraded) {
+      health_.degraded_drives += count - degraded;
+      wrongs.Add(Severity::kCritical,
+                 "logical drives/offline/critical: " + controller.drive_counts + ", " +
+                     std::to_string(degraded) + " of them listed");
+    }
+    const std::string operation = controller.operation + " of logical drive " +
+                                  controller.operation_drive + ": " + controller.operation_status;
+    if (IsRebuild(controller.operation) && !IsFineOrMissing(controller.operation_active, {"no"})) {
+      if (rebuilding == 0) ++health_.rebuilds;
+      wrongs.Add(Severity::kWarning, operation);
+    } else if (!IsFineOrMissing(controller.operation_status, {"successful", "in progress"})) {
+      wrongs.Add(Severity::kWarning, operation);
+    }
+    if (!IsFineOrMissing(controller.battery_status,
+                         {"okay", "optimal", "charging", "not installed", "not present"})) {
+      wrongs.Add(Severity::kWarning, "battery: " + controller.battery_status);
+    }
+    if (!IsFineOrMissing(controller.battery_over_temperature, {"no"})) {
+      wrongs.Add(Severity::kWarning,
+                 "battery over temperature: " + controller.battery_over_temperature);
+    }
+    return wrongs;
+  }
+
+  void AssessDrive(const LogicalDrive& drive) {
+    Wrongs wrongs;
+    const Severity severity = JudgeLogicalDrive(drive.state);
+    wrongs.Add(severity, StateText(drive.state));
+    if (severity == Severity::kCritical) ++health_.degraded_drives;
+    if (IsRebuild(drive.state)) ++health_.rebuilds;
+    if (!drive.bad_stripes.empty()) {
+      ++health_.drives_with_bad_stripes;
+      wrongs.Add(Severity::kWarning, drive.bad_stripes + " bad stripes");
+    }
+    Find(wrongs, ", logical drive " + drive.number);
+  }
+
+  void AssessDevice(const Device& device) {
+    Wrongs wrongs;
+    const Severity severity = JudgeDevice(device.state);
+    wrongs.Add(severity, StateText(device.state));
+    if (severity == Severity::kCritical) ++health_.failed_devices;
+    if (IsRebuild(device.state)) ++health_.rebuilds;
+    const bool flagged = !IsFineOrMissing(device.predicts_failure, {"no"});
+    if (flagged) wrongs.Add(Severity::kWarning, "PFA: " + device.predicts_failure);
+    AddCounters(device, flagged, wrongs);
+    Find(wrongs, ", device " + device.place);
+  }
+
+  void AssessCounters(const Device& counters) {
+    Wrongs wrongs;
+    AddCounters(counters, false, wrongs);
+    Find(wrongs, ", device " + counters.place);
+  }
+
+  /// Of the counters only that of predicted failures asks for attention; the others say what was.
+  void AddCounters(const Device& device, bool flagged, Wrongs& wrongs) {
+    for (const auto& [name, count] : device.counters) {
+      if (name != "PFA") continue;
+      if (!flagged) wrongs.Add(Severity::kWarning, "PFA counter: " + count);
+      flagged = true;
+    }
+    if (flagged) ++health_.predicted_failures;
+  }
+
+  void Find(const Wrongs& wrongs, const std::string& part) {
+    if (wrongs.severity != Severity::kFine) {
+      health_.findings.push_back({wrongs.severity, where_ + part, wrongs.what});
+    }
+  }
+
+  Health health_;
+  std::string where_;  // the controller
+};
+
+Severity Judge(const std::string& state, Words fine) {
+  if (IsOneOf(state, fine)) return Severity::kFine;
+  const bool is_lost = HoldsOneOf(state, {"defunct", "fail", "missing", "offline", "dead",
+                                          "critical", "degraded", "no response", "not responding"});
+  return is_lost ? Severity::kCritical : Severity::kWarning;
+}
+
+}  // namespace
+
+Severity JudgeDevice(const std::string& state) {
+  return Judge(state, {"online", "ready", "hot spare", "global hot spare", "dedicated hot spare",
+                       "standby hot spare"});
+}
+
+Severity JudgeLogicalDrive(const std::string& state) { return Judge(state, {"okay", "optimal"}); }
+
+Health Assess(const Machine& machine) { return Assessor().Assess(machine); }
