@@ -85,7 +85,7 @@ void WarnOfUnknownClasses(const std::vector<std::string>& classes) {
 fs::path DefaultPlugin() {
   std::error_code error;
   const fs::path self = fs::read_symlink("/proc/self/exe", error);
-  return (self.parent_path() / "../lib/libkraid.pi.so").lexically_normal();
+  return (self.parent_path() / "../lib/kraid-inventory/libkraid.pi.so").lexically_normal();
 }
 
 std::string CheckSeconds(const std::string& text) {
