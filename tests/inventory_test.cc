@@ -494,16 +494,6 @@ TEST_F(Inventory, ShowsTheErrorOutputOfToolsOnRequest) {
       << shown;
 }
 
-TEST_F(Inventory, WorksFromWhereItIsInstalled) {
-  ASSERT_EQ(Shell("cmake --install '" KRAID_BUILD_DIR "' --prefix \"$PWD/there\" >&2").status, 0);
-  fs::rename(folder_ / "there", folder_ / "moved");
-  const Outcome outcome =
-      Shell(std::string("env -i ./moved/bin/kraid-inventory --format json --root ") + kDemo + " " +
-            kControllers);
-  EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(Json::parse(outcome.out)["instances"].size(), 4U);
-}
-
 TEST_F(Inventory, OfTheSampleMachineHoldsItsManagersEvents) {
   const std::string with = "'" KRAID_SOURCE_DIR "/scripts/with-sample-machine.sh' ";
   const Outcome outcome = Shell(with + kCommand + " --format json --passes 3 --root " + kDemo +
