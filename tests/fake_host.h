@@ -8,6 +8,7 @@
 
 #include "hmz/exception.h"
 #include "standin/host_services.h"
+#include "tests/golden.h"
 
 /// The least that a kelvcmd "getconfig" has to print for its controller to be published.
 inline constexpr char kMinimalConfig[] =
@@ -39,6 +40,17 @@ class FakeHost {
   ~FakeHost() { standin::Services() = saved_; }
   FakeHost(const FakeHost&) = delete;
   FakeHost& operator=(const FakeHost&) = delete;
+
+  /// Has the tools print what the files of a folder below tests/data hold, each named by its
+  /// command line.
+  void Load(const std::string& folder) {
+    outputs.clear();
+    for (const auto& file :
+         std::filesystem::directory_iterator(KRAID_SOURCE_DIR "/tests/data/" + folder)) {
+      if (!file.is_regular_file()) continue;
+      outputs["./kraid/" + file.path().filename().string()] = ReadFile(file.path());
+    }
+  }
 
   /// What a command line prints; one that is not here fails.
   std::map<std::string, std::string> outputs;

@@ -16,18 +16,14 @@ TEST(OsSpecific, CapturesWhatCanBeRead) {
   const std::string text = std::string(200'000, 'x') + std::string("\0\r\nend", 6);
   std::ofstream(folder / "file", std::ios::binary) << text;
   EXPECT_EQ(TOSSpecific::CaptureFile(folder / "file"), text);
-  EXPECT_EQ(TOSSpecific::CaptureFile("/dev/null"), "");
   EXPECT_EQ(TOSSpecific::CaptureFile(folder / "absent"), "");
   EXPECT_EQ(TOSSpecific::CaptureFile(folder), "");
   EXPECT_TRUE(TOSSpecific::FileExists(folder));
-  EXPECT_FALSE(TOSSpecific::FileExists(folder / "absent"));
   EXPECT_FALSE(TOSSpecific::FileExists(folder / "file" / "below"));
   std::filesystem::remove_all(folder);
 }
 
 TEST(OsSpecific, TellsTheLocalTimeWithItsOffset) {
-  const char* before = std::getenv("TZ");
-  const std::string saved = before == nullptr ? "" : before;
   for (const auto& [zone, offset] : {std::pair("XST+3:30", "-210"), std::pair("XST-5", "+300")}) {
     setenv("TZ", zone, 1);
     tzset();
@@ -39,7 +35,7 @@ TEST(OsSpecific, TellsTheLocalTimeWithItsOffset) {
     EXPECT_TRUE(text.ends_with(offset)) << text;
     EXPECT_GE(text.substr(0, 12), expected);
   }
-  before == nullptr ? unsetenv("TZ") : setenv("TZ", saved.c_str(), 1);
+  unsetenv("TZ");
   tzset();
 }
 

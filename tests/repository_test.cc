@@ -2,45 +2,44 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "hmz/exception.h"
-#include "standin/schema.h"
 
 namespace {
 
 using NKVXHMZ20::ICIMInstance;
-using NKVXHMZ20::TCIMValue;
-using Instances = std::vector<boost::shared_ptr<ICIMInstance>>;
+using Instance = boost::shared_ptr<ICIMInstance>;
 
-Instances Enumerate(standin::Repository& repository, const char* class_name) {
-  Instances found;
-  repository.GetClass(class_name)
-      ->EnumerateInstances(NKVXHMZ20::TAddToVectorCallback<ICIMInstance>(&found));
-  return found;
+constexpr char kRawData[] = "KVXSG_krRawData";
+
+std::string CommandOf(ICIMInstance& instance) {
+  return instance.GetProperty("Command")->GetValue().ToString();
 }
 
 TEST(Repository, KeepsInstancesAsTheyStoodAtTheCommit) {
   standin::Repository repository;
-  const auto instance = repository.GetClass("KVXSG_krRawData")->CreateInstance({});
+  const Instance instance = repository.GetClass(kRawData)->CreateInstance({});
   instance->SetPropertyValue("Command", "first", {});
-  EXPECT_TRUE(Enumerate(repository, "KVXSG_krRawData").empty());
+  EXPECT_TRUE(repository.GetCommitted().empty());
   instance->Commit({});
   instance->SetPropertyValue("Command", "second", {});
   instance->Commit({});
   instance->Commit({});
-
-  const Instances stored = Enumerate(repository, "KVXSG_krRawData");
-  ASSERT_EQ(stored.size(), 3U);
-  stored[0]->SetPropertyValue("Command", "changed by a reader", {});
-  std::vector<std::string> commands;
-  for (const auto& again : Enumerate(repository, "KVXSG_krRawData")) {
-    commands.push_back(again->GetProperty("Command")->GetValue().ToString());
-  }
-  EXPECT_EQ(commands, (std::vector<std::string>{"first", "second", "second"}));
+  std::string commands;
+  const auto read_and_change = [&commands](const Instance& stored) {
+    commands += CommandOf(*stored) + ";";
+    stored->SetPropertyValue("Command", "changed by a reader", {});
+    return true;
+  };
+  repository.GetClass(kRawData)->EnumerateInstances(read_and_change);
+  repository.GetClass(kRawData)->EnumerateInstances(read_and_change);
+  EXPECT_EQ(commands, "first;second;second;first;second;second;");
 }
 
 TEST(Repository, KeepsPropertiesInTheOrderOfTheirFirstSetting) {
   standin::Repository repository;
-  const auto instance = repository.GetClass("KVXSG_krDiskGroup")->CreateInstance({});
+  const Instance instance = repository.GetClass("KVXSG_krDiskGroup")->CreateInstance({});
   for (const char* name : {"Size", "State", "Size", "Array"}) {
     instance->SetPropertyValue(name, std::string("of ") + name, {});
   }
@@ -56,15 +55,14 @@ TEST(Repository, KeepsPropertiesInTheOrderOfTheirFirstSetting) {
 
 TEST(Repository, EnumeratesOneClassInTheOrderOfTheCommitsUntilTheVisitorStops) {
   standin::Repository repository;
-  for (const char* name : {"KVXSG_krRawData", "KVXSG_krDiskGroup", "KVXSG_krRawData"}) {
-    const auto instance = repository.GetClass(name)->CreateInstance({});
-    instance->SetPropertyValue("Command", std::to_string(repository.GetCommitted().size()), {});
-    instance->Commit({});
+  for (const char* name : {kRawData, "KVXSG_krDiskGroup", kRawData}) {
+    const std::string count = std::to_string(repository.GetCommitted().size());
+    repository.GetClass(name)->CreateInstance({{"Command", count}})->Commit({});
   }
   std::string visited;
-  const auto raw_class = repository.GetClass("KVXSG_krRawData");
-  raw_class->EnumerateInstances([&](const boost::shared_ptr<ICIMInstance>& instance) {
-    visited += instance->GetProperty("Command")->GetValue().ToString();
+  const auto raw_class = repository.GetClass(kRawData);
+  raw_class->EnumerateInstances([&](const Instance& instance) {
+    visited += CommandOf(*instance);
     instance->Commit({});  // a visitor may commit: what it adds is not visited
     return true;
   });
@@ -76,7 +74,7 @@ TEST(Repository, EnumeratesOneClassInTheOrderOfTheCommitsUntilTheVisitorStops) {
 
 TEST(Repository, BuildsObjectPathsFromTheKeysOfTheClass) {
   standin::Repository repository;
-  const auto instance = repository.GetClass("KVXSG_krLogicalDisk")->CreateInstance({});
+  const Instance instance = repository.GetClass("KVXSG_krLogicalDisk")->CreateInstance({});
   for (const char* name : {"DeviceID", "Size", "SystemName", "CreationClassname"}) {
     instance->SetPropertyValue(name, std::string("the ") + name, {});
   }
@@ -87,24 +85,12 @@ TEST(Repository, BuildsObjectPathsFromTheKeysOfTheClass) {
             "CreationClassname=\"the CreationClassname\",DeviceID=\"the DeviceID\"");
 }
 
-TEST(Repository, KnowsTheSchemaAndClassesThatWereDeclared) {
-  standin::Repository repository;
-  EXPECT_EQ(standin::Schema().size(), 28U);
-  EXPECT_EQ(repository.GetClass("kvxsg_krRawData"), nullptr);
-  EXPECT_EQ(repository.GetOrDeclareClass("Other")->GetName(), "Other");
-  EXPECT_EQ(repository.GetLastNamedClass(), "Other");
-  EXPECT_EQ(repository.GetClass("Other")->CreateInstance({})->GetReference().ToString(), "Other");
-}
-
 TEST(Repository, ObjectsMayOutliveIt) {
-  boost::shared_ptr<ICIMInstance> instance;
-  {
-    standin::Repository repository;
-    instance = repository.GetClass("KVXSG_krRawData")->CreateInstance({});
-  }
-  instance->SetPropertyValue("Command", "late", {});
+  auto repository = std::make_unique<standin::Repository>();
+  const Instance instance = repository->GetOrDeclareClass("Other")->CreateInstance({});
+  repository.reset();
   instance->Commit({});
-  EXPECT_EQ(instance->GetReference().ToString(), "KVXSG_krRawData.Command=\"late\"");
+  EXPECT_EQ(instance->GetReference().ToString(), "Other");
 }
 
 }  // namespace
