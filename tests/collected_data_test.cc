@@ -42,16 +42,6 @@ TEST(CollectedData, FindsTheFirstLineOfTheWholeOutput) {
   EXPECT_EQ(cursor.GetCurrentLine(), "Status : Okay\n");
 }
 
-TEST(CollectedData, ReadsPropertiesLineByLine) {
-  C cursor(nullptr, "heading\nStripe : 8\nSize : 9\nplain\n");
-  EXPECT_EQ(cursor.GetProperty("Size"), "");  // consumed all the same
-  EXPECT_EQ(cursor.GetProperty("Size"), " 9\n");
-  EXPECT_EQ(cursor.GetProperty(), "");
-  cursor.decrementLinePtr();
-  cursor.decrementLinePtr();
-  EXPECT_EQ(cursor.GetProperty(), " 9\n");
-}
-
 TEST(CollectedData, ThrowsOutsideTheOutputAndKeepsTheStep) {
   C cursor(nullptr, "only\n");
   try {
