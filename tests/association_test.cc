@@ -127,7 +127,8 @@ TEST_F(Associations, NameVersionsAndTieThemToWhereTheyRun) {
         "C1 CH2 I00:Enclosure$", "C1 CH2 I00:Unknown$",
         "C1 CH2 I03:0123456789abcdefghijklmnopqrst$", "C1 CH2 I04:0123456789abcdefghijklmnopqrst$",
         "C1 CH2 I05:0123456789abcdefghijklmnopqrst$"}) {
-    expected.push_back(" Dependent " + drive + " Antecedent 1-" + drive);
+    expected.push_back(" Dependent " + drive);
+    expected.back().append(" Antecedent 1-").append(drive);
   }
   EXPECT_EQ(All("krFirmwareOnDiskDrive"), expected);
 }

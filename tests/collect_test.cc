@@ -120,7 +120,7 @@ Texts CollectOddOutputs(FakeHost& host) {
   host.Load("odd");
   Collector collector(nullptr);
   collector.InitData(10);
-  const Texts found = Describe(collector.GetControllers());
+  Texts found = Describe(collector.GetControllers());
   collector.InitData(10);
   Texts both = found;
   both.insert(both.end(), found.begin(), found.end());
@@ -171,15 +171,14 @@ TEST(HrconfData, WalksItsSections) {
 
 TEST(ArcconfData, WalksItsSections) {
   FakeHost host;
-  EXPECT_EQ(
-      CollectOddOutputs<ArcconfData>(host),
-      (Texts{// One line behind a stripe order is passed over, be it the heading of drive 7.
-             "11: L/12 L/3 L/5 L/ 6 A/KelvaRaidCntrlr11LogicalDrv3 0,0$ 0,1$"
-             " A/KelvaRaidCntrlr11LogicalDrv 6 0,6$"
-             // Only devices behind a line that tells of one, be it their own; "device" goes before
-             // "drive".
-             " P//Device #0$/ P//Device #11  / P//Device #5$/ P//Device #4$/",
-             "12: P//Device #0$/ P//Device #11  / P//Device #5$/ P//Device #4$/"}));
+  EXPECT_EQ(CollectOddOutputs<ArcconfData>(host),
+            (Texts{// One line behind a stripe order is passed over, be it the heading of drive 7.
+                   "11: L/12 L/3 L/5 L/ 6 A/KelvaRaidCntrlr11LogicalDrv3 0,0$ 0,1$"
+                   " A/KelvaRaidCntrlr11LogicalDrv 6 0,6$"
+                   // Only devices behind a line that tells of one, be it their own; "device" goes
+                   // before "drive".
+                   " P//Device #0$/ P//Device #11  / P//Device #5$/ P//Device #4$/",
+                   "12: P//Device #0$/ P//Device #11  / P//Device #5$/ P//Device #4$/"}));
 }
 
 /// How many controllers were found when an exception ended the collection.

@@ -260,7 +260,7 @@ TEST_F(ProcessTest, StartFailuresHaveTheirOwnReasons) {
   };
   const std::size_t descriptors = OpenDescriptors();
   for (const auto& [program, failure] : cases) {
-    EXPECT_EQ(program + ": cannot be started: " + failure,
+    EXPECT_EQ(std::string(program).append(": cannot be started: ").append(failure),
               RunProcess(program, {"secret"}, {}).failure);
   }
   EXPECT_EQ("/bin/sh: cannot be started: its path or an argument contains a NUL byte",

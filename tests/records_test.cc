@@ -129,21 +129,22 @@ TEST(Records, KnowWhichOfTheirLinesMayBeMissing) {
        "Device #3\nDevice is a Unknown\n",
        {"State", "?Reported Channel", "Vendor", "Model", "Firmware"}},
   };
-  for (const auto& [read, head, labels] : formats) {
+  for (const auto& format : formats) {
+    const std::vector<std::string>& labels = format.labels;
     /// The record, with another text in the place of one line.
-    const auto outcome = [&, count = labels.size()](std::size_t place, const std::string& other) {
-      std::string text = head;
-      for (std::size_t i = 0; i < count; ++i) {
+    const auto outcome = [&format, &labels](std::size_t place, const std::string& other) {
+      std::string text = format.head;
+      for (std::size_t i = 0; i < labels.size(); ++i) {
         const std::string line =
             labels[i].substr(labels[i].starts_with('?') ? 1 : 0) + " : " + std::to_string(i) + "\n";
         text += i == place ? other : line;
       }
-      return read(text + "first\nsecond\nnext\n");
+      return format.read(text + "first\nsecond\nnext\n");
     };
     const std::string whole = outcome(labels.size(), "");
     EXPECT_TRUE(whole.ends_with("|first\n")) << whole;
     for (std::size_t i = 0; i < labels.size(); ++i) {
-      SCOPED_TRACE(head + labels[i]);
+      SCOPED_TRACE(format.head + labels[i]);
       const std::string value = " " + std::to_string(i) + "$";
       ASSERT_NE(whole.find(value), std::string::npos) << whole;
       std::string expected = whole;
@@ -155,7 +156,7 @@ TEST(Records, KnowWhichOfTheirLinesMayBeMissing) {
         EXPECT_EQ(outcome(i, "other : x\n"), expected);
       }
     }
-    EXPECT_EQ(read(head), "out of range");
+    EXPECT_EQ(format.read(format.head), "out of range");
   }
   // The output may not end where a line may be missing, either.
   EXPECT_EQ(Drive<&L::SetConfigHrconfData>("heading\nSize : 9\nNumber of chunks : 3\n"),
