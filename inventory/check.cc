@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr std::size_t kFindingsNamed = 8;  // a line has to stay readable in a message
+// A line has to stay readable in a message, and whole: some agents cut long ones.
+constexpr std::size_t kFindingsNamed = 8;
+constexpr std::size_t kLongestFinding = 200;
 
 /// One line, in which a bar would begin the performance data.
 std::string Line(CheckStatus status, const std::string& text, const std::string& performance) {
@@ -36,13 +38,20 @@ std::string Performance(const Machine& machine, const Health& health) {
   return text;
 }
 
+std::string Shortened(std::string text) {
+  if (text.size() <= kLongestFinding) return text;
+  std::size_t end = kLongestFinding;
+  while ((text[end] & '\xC0') == '\x80') --end;  // not within a character
+  return text.substr(0, end) + "...";
+}
+
 /// "2 critical, 3 warnings: first; second"
 std::string Describe(const std::vector<Finding>& findings, std::size_t critical) {
   std::string text = std::to_string(critical) + " critical, " +
                      Counted(findings.size() - critical, "warning") + ": ";
   for (std::size_t i = 0; i < std::min(findings.size(), kFindingsNamed); ++i) {
     if (i > 0) text += "; ";
-    text.append(findings[i].where).append(": ").append(findings[i].what);
+    text += Shortened(findings[i].where + ": " + findings[i].what);
   }
   if (findings.size() > kFindingsNamed) {
     text += "; and " + std::to_string(findings.size() - kFindingsNamed) + " more";
@@ -56,11 +65,20 @@ CheckStatus PrintCheck(const Report& report, OutputFile& output) {
   const Machine machine = ReadMachine(report);
   Health health = Assess(machine);
   std::string unknown;
+  bool is_blind = false;  // to all that a tool would have told
   for (const Problem& problem : report.problems) {
-    if (problem.is_failure) {
-      unknown += problem.what + ": " + problem.why + "; ";
-    } else if (!problem.is_absence) {
-      health.findings.push_back({Severity::kWarning, problem.what, problem.why});
+    switch (problem.extent) {
+      case Problem::Extent::kAbsentTool:
+        break;
+      case Problem::Extent::kCollection:
+        unknown += Shortened(problem.what + ": " + problem.why) + "; ";
+        break;
+      case Problem::Extent::kTool:
+        is_blind = true;
+        [[fallthrough]];
+      case Problem::Extent::kRuns:
+        health.findings.push_back({Severity::kWarning, problem.what, problem.why});
+        break;
     }
   }
   if (machine.controllers.empty()) unknown += "no controller was found; ";
@@ -73,6 +91,7 @@ CheckStatus PrintCheck(const Report& report, OutputFile& output) {
     status = health.critical > 0 ? kCheckCritical : kCheckWarning;
     text = Describe(health.findings, health.critical);
   }
+  if (is_blind && status != kCheckCritical) status = kCheckUnknown;
   if (!unknown.empty()) {
     text = health.findings.empty() ? unknown.substr(0, unknown.size() - 2) : unknown + text;
     status = kCheckUnknown;

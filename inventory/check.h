@@ -16,7 +16,8 @@ enum CheckStatus : int {
 
 /// Writes the one line that a monitoring system takes: the verdict, what led to it, and performance
 /// data behind a bar. Unknown when there is no controller or the collection threw, whatever was
-/// found; a tool that is there and fails is a warning.
+/// found, and when a tool that is there failed in all its runs, unless something critical was
+/// found.
 CheckStatus PrintCheck(const Report& report, OutputFile& output);
 
 /// The line of a check that could not be made.

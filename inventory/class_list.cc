@@ -4,25 +4,19 @@
 #include <numeric>
 #include <vector>
 
+#include "inventory/display.h"
 #include "standin/schema.h"
 
 namespace {
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool Holds(std::string_view text, std::string_view part) {
-  return std::search(text.begin(), text.end(), part.begin(), part.end(),
-                     [](char a, char b) { return Lower(a) == Lower(b); }) != text.end();
-}
-
-/// How many letters have to be put in, taken out or changed, case aside.
+/// How many letters have to be put in, taken out or changed.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
   for (std::size_t i = 0; i < a.size(); ++i) {
     std::size_t diagonal = row[0]++;
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (Lower(a[i]) == Lower(b[j]) ? 0 : 1);
+      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
     }
@@ -46,14 +40,18 @@ std::string ClassList() {
 }
 
 std::string_view NearestClass(std::string_view name) {
-  static constexpr std::string_view kPrefix = "KVXSG_";
+  static constexpr std::size_t kPrefixLength = std::string_view("KVXSG_").size();
+  const std::string wanted = Lower(name);
   std::string_view nearest;
   std::size_t least = std::string_view::npos;
   for (const standin::SchemaClass& known : standin::Schema()) {
-    std::size_t distance = std::min(EditDistance(name, known.name),
-                                    EditDistance(name, known.name.substr(kPrefix.size())));
-    if (Holds(known.name, name)) distance = std::min<std::size_t>(distance, 1);
     if (name == known.name) return known.name;
+    const std::string candidate = Lower(known.name);
+    std::size_t distance = std::min(EditDistance(wanted, candidate),
+                                    EditDistance(wanted, candidate.substr(kPrefixLength)));
+    if (!wanted.empty() && candidate.find(wanted) != std::string::npos) {
+      distance = std::min<std::size_t>(distance, 1);
+    }
     if (distance < least) {
       least = distance;
       nearest = known.name;

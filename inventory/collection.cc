@@ -63,7 +63,7 @@ Collection Collect(const Options& options, standin::Repository& repository,
         plugin.GetQueries().GetData(cim_namespace, classes);
       } catch (...) {
         Problem failure = DescribeFailure(repository, tools);
-        failure.is_failure = true;
+        failure.extent = Problem::Extent::kCollection;
         if (std::find(failures.begin(), failures.end(), failure) == failures.end()) {
           failures.push_back(std::move(failure));
         }
@@ -73,7 +73,8 @@ Collection Collect(const Options& options, standin::Repository& repository,
       }
     }
   } catch (const std::exception& error) {
-    failures.push_back({"plug-in " + options.plugin.string(), error.what(), true});
+    failures.push_back(
+        {"plug-in " + options.plugin.string(), error.what(), Problem::Extent::kCollection});
   }
   return collection;
 }

@@ -36,6 +36,9 @@ std::string ReadableLine(std::string text);
 /// "1 device", "2 devices"
 std::string Counted(std::size_t count, const std::string& noun);
 
+/// With the ASCII letters in lower case.
+std::string Lower(std::string_view text);
+
 /// How many columns a text of Readable takes.
 std::size_t WidthOf(std::string_view text);
 

@@ -3,26 +3,17 @@
 #include <algorithm>
 #include <charconv>
 #include <initializer_list>
+#include <set>
 #include <string_view>
+
+#include "inventory/display.h"
 
 namespace {
 
 using Words = std::initializer_list<std::string_view>;
 
-std::string Lower(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
-}
-
-/// The state without the short form that stands behind it: "online" of "Online (ONL)".
-std::string LongForm(const std::string& state) {
-  return Lower(state.substr(0, state.ends_with(')') ? state.rfind(" (") : std::string::npos));
-}
-
 bool IsOneOf(const std::string& state, Words words) {
-  return std::find(words.begin(), words.end(), LongForm(state)) != words.end();
+  return std::find(words.begin(), words.end(), Lower(state)) != words.end();
 }
 
 bool HoldsOneOf(const std::string& state, Words words) {
@@ -31,7 +22,7 @@ bool HoldsOneOf(const std::string& state, Words words) {
                      [&](std::string_view word) { return text.find(word) != std::string::npos; });
 }
 
-bool IsRebuild(const std::string& text) { return HoldsOneOf(text, {"rebuild"}); }
+bool IsRebuild(const std::string& text) { return HoldsOneOf(text, {"rebuild", "re-build"}); }
 
 /// A state that may be missing: "" is fine, too.
 bool IsFineOrMissing(const std::string& state, Words fine) {
@@ -55,27 +46,31 @@ std::string StateText(const std::string& state) {
   return state.empty() ? "no state is reported" : state;
 }
 
-/// Of "3/0/1" the offline and the critical ones, together; 0 for what is no such text.
-std::size_t CountOfLost(const std::string& drive_counts) {
-  std::size_t counts[3] = {};
-  const char* at = drive_counts.data();
-  const char* const end = at + drive_counts.size();
-  for (std::size_t& count : counts) {
-    while (at < end && (*at == '/' || *at == ' ')) ++at;
-    at = std::from_chars(at, end, count).ptr;
+/// Reads `kCount` numbers with slashes between them; false when the text is something else.
+template <std::size_t kCount>
+bool ReadCounts(const std::string& text, std::size_t (&counts)[kCount]) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (std::size_t i = 0; i < kCount; ++i) {
+    if (i > 0 && (at == end || *at++ != '/')) return false;
+    const auto read = std::from_chars(at, end, counts[i]);
+    if (read.ec != std::errc()) return false;
+    at = read.ptr;
   }
-  return counts[1] + counts[2];
-}
-
-std::size_t NumberOf(const std::string& text) {
-  std::size_t number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
+  return at == end;
 }
 
 class Assessor {
  public:
+  bool IsBlocked(const LogicalDrive& drive) {
+    return !IsFineOrMissing(drive.access_blocked, {"no"});
+  }
+
   Health Assess(const Machine& machine) {
+    for (const std::string& tool : machine.unpublished) {
+      health_.findings.push_back(
+          {Severity::kCritical, tool, "its output tells of a controller that was not collected"});
+    }
     for (const Controller& controller : machine.controllers) AssessController(controller);
     const auto first_warning =
         std::stable_partition(health_.findings.begin(), health_.findings.end(),
@@ -100,8 +95,10 @@ class Assessor {
     }
     for (const Device& device : controller.devices) AssessDevice(device);
     for (const Device& counters : controller.stray_counters) AssessCounters(counters);
+    std::set<std::string> absent_before;
     for (const DriveGroup& group : controller.groups) {
       for (const std::string& absent : group.absent_places) {
+        if (!absent_before.insert(absent).second) continue;
         ++health_.failed_devices;
         Find({Severity::kCritical, "missing: in a stripe order, but not among the devices"},
              ", device " + absent);
@@ -122,25 +119,20 @@ class Assessor {
     if (!IsFineOrMissing(controller.status, {"okay", "optimal"})) {
       wrongs.Add(JudgeLogicalDrive(controller.status), controller.status);
     }
-    // Counts say more than the lists do when something does not answer any more.
-    if (const std::size_t count = NumberOf(controller.defunct_drives); count > failed) {
-      health_.failed_devices += count - failed;
-      wrongs.Add(Severity::kCritical, controller.defunct_drives + " defunct disk drives, " +
-                                          std::to_string(failed) + " of them listed");
+    if (controller.shares_number) {
+      wrongs.Add(Severity::kWarning,
+                 "has the number of another controller, which its parts are "
+                 "shown with");
     }
-    if (const std::size_t count = CountOfLost(controller.drive_counts); count > degraded) {
-      health_.degraded_drives += count - degraded;
-      wrongs.Add(Severity::kCritical,
-                 "logical drives/offline/critical: " + controller.drive_counts + ", " +
-                     std::to_string(degraded) + " of them listed");
-    }
-    const std::string operation = controller.operation + " of logical drive " +
-                                  controller.operation_drive + ": " + controller.operation_status;
-    if (IsRebuild(controller.operation) && !IsFineOrMissing(controller.operation_active, {"no"})) {
+    AddCounts(controller, failed, degraded, wrongs);
+    const bool is_active = !IsFineOrMissing(controller.operation_active, {"no"});
+    const bool goes_on = is_active || IsOneOf(controller.operation_status, {"in progress"});
+    if (IsRebuild(controller.operation) && goes_on) {
       if (rebuilding == 0) ++health_.rebuilds;
-      wrongs.Add(Severity::kWarning, operation);
-    } else if (!IsFineOrMissing(controller.operation_status, {"successful", "in progress"})) {
-      wrongs.Add(Severity::kWarning, operation);
+      wrongs.Add(Severity::kWarning, controller.DescribeOperation());
+    } else if (!controller.DescribeOperation().empty() &&
+               !IsOneOf(controller.operation_status, {"successful", "in progress"})) {
+      wrongs.Add(Severity::kWarning, controller.DescribeOperation());
     }
     if (!IsFineOrMissing(controller.battery_status,
                          {"okay", "optimal", "charging", "not installed", "not present"})) {
@@ -153,6 +145,27 @@ class Assessor {
     return wrongs;
   }
 
+  /// Counts say more than the lists do when something does not answer any more.
+  void AddCounts(const Controller& controller, std::size_t failed, std::size_t degraded,
+                 Wrongs& wrongs) {
+    std::size_t defunct[1] = {};
+    if (!controller.defunct_drives.empty() && !ReadCounts(controller.defunct_drives, defunct)) {
+      wrongs.Add(Severity::kWarning, "defunct disk drive count: " + controller.defunct_drives);
+    } else if (defunct[0] > failed) {
+      health_.failed_devices += defunct[0] - failed;
+      wrongs.Add(Severity::kCritical, controller.defunct_drives + " defunct disk drives, " +
+                                          std::to_string(failed) + " of them listed");
+    }
+    std::size_t drives[3] = {};
+    const std::string counts = "logical drives/offline/critical: " + controller.drive_counts;
+    if (!controller.drive_counts.empty() && !ReadCounts(controller.drive_counts, drives)) {
+      wrongs.Add(Severity::kWarning, counts);
+    } else if (const std::size_t lost = drives[1] + drives[2]; lost > degraded) {
+      health_.degraded_drives += lost - degraded;
+      wrongs.Add(Severity::kCritical, counts + ", " + std::to_string(degraded) + " of them listed");
+    }
+  }
+
   void AssessDrive(const LogicalDrive& drive) {
     Wrongs wrongs;
     const Severity severity = JudgeLogicalDrive(drive.state);
@@ -163,6 +176,9 @@ class Assessor {
       ++health_.drives_with_bad_stripes;
       wrongs.Add(Severity::kWarning, drive.bad_stripes + " bad stripes");
     }
+    if (IsBlocked(drive)) {
+      wrongs.Add(Severity::kWarning, "access blocked: " + drive.access_blocked);
+    }
     Find(wrongs, ", logical drive " + drive.number);
   }
 
@@ -172,7 +188,7 @@ class Assessor {
     wrongs.Add(severity, StateText(device.state));
     if (severity == Severity::kCritical) ++health_.failed_devices;
     if (IsRebuild(device.state)) ++health_.rebuilds;
-    const bool flagged = !IsFineOrMissing(device.predicts_failure, {"no"});
+    const bool flagged = PredictsFailure(device);
     if (flagged) wrongs.Add(Severity::kWarning, "PFA: " + device.predicts_failure);
     AddCounters(device, flagged, wrongs);
     Find(wrongs, ", device " + device.place);
@@ -206,18 +222,29 @@ class Assessor {
 
 Severity Judge(const std::string& state, Words fine) {
   if (IsOneOf(state, fine)) return Severity::kFine;
-  const bool is_lost = HoldsOneOf(state, {"defunct", "fail", "missing", "offline", "dead",
-                                          "critical", "degraded", "no response", "not responding"});
+  const bool is_lost =
+      HoldsOneOf(state, {"defunct", "fail", "missing", "offline", "dead", "critical", "degraded",
+                         "bad", "lost", "removed", "absent", "not present", "unavailable",
+                         "no response", "not respond", "no longer"});
   return is_lost ? Severity::kCritical : Severity::kWarning;
 }
 
 }  // namespace
 
 Severity JudgeDevice(const std::string& state) {
-  return Judge(state, {"online", "ready", "hot spare", "global hot spare", "dedicated hot spare",
-                       "standby hot spare"});
+  return Judge(state,
+               {"online", "online (onl)", "ready", "ready (rdy)", "hot spare", "hot spare (hsp)",
+                "global hot spare", "dedicated hot spare", "standby hot spare"});
 }
 
-Severity JudgeLogicalDrive(const std::string& state) { return Judge(state, {"okay", "optimal"}); }
+Severity JudgeLogicalDrive(const std::string& state) {
+  return Judge(state, {"okay", "okay (oky)", "optimal"});
+}
+
+bool PredictsFailure(const Device& device) {
+  return !IsFineOrMissing(device.predicts_failure, {"no"});
+}
+
+bool IsBlocked(const LogicalDrive& drive) { return !IsFineOrMissing(drive.access_blocked, {"no"}); }
 
 Health Assess(const Machine& machine) { return Assessor().Assess(machine); }

@@ -33,6 +33,12 @@ struct Health {
 Severity JudgeDevice(const std::string& state);
 Severity JudgeLogicalDrive(const std::string& state);
 
+/// The device's own flag, or anything else in its place than "No".
+bool PredictsFailure(const Device& device);
+
+/// The drive says so, or anything else than "No".
+bool IsBlocked(const LogicalDrive& drive);
+
 /// What of this machine needs attention.
 Health Assess(const Machine& machine);
 

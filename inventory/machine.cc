@@ -66,7 +66,8 @@ std::string Place(const std::string& channel, const std::string& number) {
   return (channel.empty() ? "?" : channel) + "," + (number.empty() ? "?" : number);
 }
 
-void KeepLast(std::vector<std::string>& entries, std::string entry) {
+template <class Entry>
+void KeepLast(std::vector<Entry>& entries, Entry entry) {
   entries.push_back(std::move(entry));
   if (entries.size() > kLastEntries) entries.erase(entries.begin());
 }
@@ -88,6 +89,15 @@ class Reader {
     std::vector<std::string> places_of_drives;
     std::unordered_map<std::string, std::string> bad_stripes;  // by logical drive
     std::vector<Device> counters;
+    bool has_controller = false;  // its own instance, besides those of its parts
+  };
+
+  /// A tool's output about a controller.
+  struct ToolOutput {
+    std::string tool;
+    int number = 0;
+    bool has_devices = false;
+    std::string battery_status;
   };
 
   struct ClassRow {
@@ -120,13 +130,16 @@ class Reader {
         Text(instance, "Version");
   }
 
+  void MatchTools();
   static void PutTogether(Controller& controller, Parts& parts);
-  static void AddGroups(Controller& controller, const Parts& parts);
+  /// Takes the devices out of `devices_at`.
+  using Places = std::unordered_map<std::string, std::vector<std::size_t>>;
+  static void AddGroups(Controller& controller, const Parts& parts, Places& devices_at);
 
   Machine machine_;
   std::vector<Parts> parts_;
   std::unordered_map<std::string, std::size_t> indices_;
-  std::vector<std::string> tools_;  // of the controllers, in their order
+  std::vector<ToolOutput> outputs_;
 };
 
 Machine Reader::Read(const Report& report) {
@@ -158,11 +171,32 @@ Machine Reader::Read(const Report& report) {
     (this->*reader->second)(instance);
   }
   for (std::size_t i = 0; i < parts_.size(); ++i) PutTogether(machine_.controllers[i], parts_[i]);
-  // As many controllers as there are outputs that tell of one: then they are these.
-  if (tools_.size() == machine_.controllers.size()) {
-    for (std::size_t i = 0; i < tools_.size(); ++i) machine_.controllers[i].tool = tools_[i];
-  }
+  MatchTools();
   return std::move(machine_);
+}
+
+// The plug-in numbers each tool's controllers on from those that it found before.
+void Reader::MatchTools() {
+  std::size_t next = 0;
+  int offset = 0;
+  const std::string* tool = nullptr;
+  for (const ToolOutput& output : outputs_) {
+    if (tool == nullptr || *tool != output.tool) offset = static_cast<int>(next);
+    tool = &output.tool;
+    // Of kelvcmd's, a controller without a section of devices is never published.
+    const bool is_published =
+        next < machine_.controllers.size() && (output.has_devices || output.tool != "kelvcmd") &&
+        machine_.controllers[next].number == std::to_string(output.number + offset);
+    const std::string name = output.tool + " " + std::to_string(output.number);
+    if (!is_published) {
+      machine_.unpublished.push_back(name);
+      continue;
+    }
+    machine_.controllers[next].tool = name;
+    // The published status is that of the first line with the word: mostly the controller's own.
+    machine_.controllers[next].battery_status = output.battery_status;
+    ++next;
+  }
 }
 
 /// Nothing is left out: what names an unknown controller makes it known.
@@ -179,16 +213,24 @@ void Reader::ReadRawData(const StoredInstance& instance) {
   std::istringstream command(Text(instance, "Command"));
   std::string program;
   std::string word;
-  std::string number;
-  if (!(command >> program >> word >> number) || word != "getconfig") return;
+  ToolOutput output;
+  if (!(command >> program >> word >> output.number) || word != "getconfig") return;
+  output.tool = program.substr(program.rfind('/') + 1);
   const NKVXHMZ20::TCIMValue* results = instance.Find("RawResults");
   if (results == nullptr || !results->IsArray()) return;
-  const auto& lines = results->GetArray();
-  if (std::any_of(lines.begin(), lines.end(), [](const NKVXHMZ20::TCIMValue& line) {
-        return line.GetString().find("Controller information") != std::string::npos;
-      })) {
-    tools_.push_back(program.substr(program.rfind('/') + 1) + " " + number);
+  bool has_controller = false;
+  bool is_battery = false;
+  for (const NKVXHMZ20::TCIMValue& element : results->GetArray()) {
+    const std::string line = element.ToString();
+    const auto holds = [&line](const char* text) { return line.find(text) != std::string::npos; };
+    has_controller = has_controller || holds("Controller information");
+    output.has_devices = output.has_devices || holds("Physical device information");
+    is_battery = is_battery || holds("Battery information");
+    if (is_battery && output.battery_status.empty() && holds("Status")) {
+      output.battery_status = Readable(line.substr(std::min(line.find(':'), line.size() - 1) + 1));
+    }
   }
+  if (has_controller) outputs_.push_back(std::move(output));
 }
 
 void Reader::ReadController(const StoredInstance& instance) {
@@ -211,14 +253,28 @@ void Reader::ReadController(const StoredInstance& instance) {
       {"DefunctDiskDriveCnt", &Controller::defunct_drives},
       {"LogicalDriveStatusCnt", &Controller::drive_counts},
   };
-  ReadFields(instance, kRows, ControllerOf(instance));
+  const std::size_t index = IndexOf(instance);
+  if (!parts_[index].has_controller) {
+    parts_[index].has_controller = true;
+    ReadFields(instance, kRows, machine_.controllers[index]);
+    return;
+  }
+  // Where a tool's first controller is not published, another one may get the number of its second.
+  Controller& second = machine_.controllers.emplace_back();
+  parts_.emplace_back();
+  second.number = machine_.controllers[index].number;
+  second.shares_number = true;
+  ReadFields(instance, kRows, second);
 }
 
 void Reader::ReadLogicalDisk(const StoredInstance& instance) {
   static constexpr FieldRow<LogicalDrive> kRows[] = {
-      {"LogicalDriveNum", &LogicalDrive::number},   {"LogicalDriveName", &LogicalDrive::name},
-      {"LogicalDriveStatus", &LogicalDrive::state}, {"Size", &LogicalDrive::size},
+      {"LogicalDriveNum", &LogicalDrive::number},
+      {"LogicalDriveName", &LogicalDrive::name},
+      {"LogicalDriveStatus", &LogicalDrive::state},
+      {"Size", &LogicalDrive::size},
       {"RaidLevel", &LogicalDrive::raid_level},
+      {"AccessBlocked", &LogicalDrive::access_blocked},
   };
   const std::size_t index = IndexOf(instance);
   LogicalDrive& drive = machine_.controllers[index].logical_drives.emplace_back();
@@ -334,11 +390,16 @@ void Reader::ReadDddEvent(const StoredInstance& instance) {
 }
 
 void Reader::ReadManagerEvent(const StoredInstance& instance) {
+  ManagerEvent event = {ReadableTime(instance, true), Text(instance, "Severity"),
+                        Text(instance, "MachineName"), Text(instance, "Message")};
+  // What the plug-in makes up when it opens the log and at its end, and the rest of a long line.
+  if (event.message.starts_with("SpawnedProcess: ") ||
+      event.message == "No RAID Manager log entries." ||
+      (event.severity + event.machine + event.message).empty()) {
+    return;
+  }
   ++machine_.manager_event_count;
-  auto& events = machine_.last_manager_events;
-  events.push_back({ReadableTime(instance, true), Text(instance, "Severity"),
-                    Text(instance, "MachineName"), Text(instance, "Message")});
-  if (events.size() > kLastEntries) events.erase(events.begin());
+  KeepLast(machine_.last_manager_events, std::move(event));
 }
 
 void Reader::PutTogether(Controller& controller, Parts& parts) {
@@ -350,25 +411,24 @@ void Reader::PutTogether(Controller& controller, Parts& parts) {
   controller.stray_bad_stripes.assign(parts.bad_stripes.begin(), parts.bad_stripes.end());
   std::sort(controller.stray_bad_stripes.begin(), controller.stray_bad_stripes.end());
 
-  std::unordered_map<std::string, Device*> by_place;
-  for (Device& device : controller.devices) by_place.emplace(device.place, &device);
-  for (Device& counters : parts.counters) {
-    const auto found = by_place.find(counters.place);
-    if (found == by_place.end()) {
-      controller.stray_counters.push_back(std::move(counters));
-    } else {
-      auto& of_device = found->second->counters;
-      of_device.insert(of_device.end(), counters.counters.begin(), counters.counters.end());
-    }
-  }
-  AddGroups(controller, parts);
-}
-
-void Reader::AddGroups(Controller& controller, const Parts& parts) {
-  std::unordered_map<std::string, std::vector<std::size_t>> devices_at;
+  Places devices_at;
   for (std::size_t i = 0; i < controller.devices.size(); ++i) {
     devices_at[controller.devices[i].place].push_back(i);
   }
+  for (Device& counters : parts.counters) {
+    const auto found = devices_at.find(counters.place);
+    // Of several at one place (without a number, mostly) nobody knows whose they are.
+    if (found == devices_at.end() || found->second.size() > 1) {
+      controller.stray_counters.push_back(std::move(counters));
+    } else {
+      auto& of_device = controller.devices[found->second.front()].counters;
+      of_device.insert(of_device.end(), counters.counters.begin(), counters.counters.end());
+    }
+  }
+  AddGroups(controller, parts, devices_at);
+}
+
+void Reader::AddGroups(Controller& controller, const Parts& parts, Places& devices_at) {
   // A device that stands in several stripe orders is shown in the first.
   const auto add_places = [&](DriveGroup& group, const std::string& places) {
     std::istringstream words(places);
@@ -376,6 +436,8 @@ void Reader::AddGroups(Controller& controller, const Parts& parts) {
       const auto found = devices_at.find(place);
       if (found == devices_at.end()) {
         group.absent_places.push_back(place);
+      } else if (found->second.empty()) {
+        group.shared_places.push_back(place);
       } else {
         group.devices.insert(group.devices.end(), found->second.begin(), found->second.end());
         found->second.clear();
@@ -421,6 +483,13 @@ void Reader::AddGroups(Controller& controller, const Parts& parts) {
 }
 
 }  // namespace
+
+std::string Controller::DescribeOperation() const {
+  if ((operation + operation_status).empty()) return "";
+  std::string text = operation.empty() ? "Background operation" : operation;
+  if (!operation_drive.empty()) text += " of logical drive " + operation_drive;
+  return text + ": " + (operation_status.empty() ? "status not reported" : operation_status);
+}
 
 std::size_t Machine::CountLogicalDrives() const {
   std::size_t count = 0;

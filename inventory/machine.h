@@ -18,6 +18,7 @@ struct LogicalDrive {
   std::string size;
   std::string raid_level;
   std::string bad_stripes;
+  std::string access_blocked;
 };
 
 /// Anything on a controller's channels, disks above all.
@@ -40,6 +41,7 @@ struct DriveGroup {
   std::vector<std::size_t> logical_drives;
   std::vector<std::size_t> devices;
   std::vector<std::string> absent_places;  ///< In the stripe order, but no device is there.
+  std::vector<std::string> shared_places;  ///< Their devices stand in an earlier group.
 };
 
 struct EventWords {
@@ -66,7 +68,7 @@ struct Controller {
   std::string driver;
   std::string serial_number;
   std::string slot;
-  std::string battery_status;
+  std::string battery_status;  ///< What the tool says of the battery itself.
   std::string battery_over_temperature;
   std::string battery_capacity;
   std::string operation;
@@ -85,6 +87,11 @@ struct Controller {
   std::vector<std::pair<std::string, std::string>> stray_bad_stripes;
   std::vector<Device> stray_counters;
 
+  bool shares_number = false;  ///< With an earlier one, which has the parts of both.
+
+  /// "Rebuild of logical drive 1: In progress"; "" when there was none.
+  std::string DescribeOperation() const;
+
   std::size_t ddd_count = 0;
   std::vector<std::string> last_ddd;  ///< The last few entries of the log, oldest first.
   EventWords soft;
@@ -93,7 +100,9 @@ struct Controller {
 
 struct Machine {
   std::vector<Controller> controllers;
-  std::size_t manager_event_count = 0;
+  /// The tools and numbers whose output tells of a controller that was not published.
+  std::vector<std::string> unpublished;
+  std::size_t manager_event_count = 0;            ///< Without those that the plug-in made up.
   std::vector<ManagerEvent> last_manager_events;  ///< The last few, oldest first.
 
   std::size_t CountLogicalDrives() const;

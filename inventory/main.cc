@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <iostream>
 #include <optional>
 
 #include "inventory/check.h"
@@ -42,6 +43,14 @@ void ResetSignals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+/// Nothing can be printed where it was asked for. Returns the exit status.
+int Refuse(const Options& options, int exit_status, const std::string& why) {
+  Complain(why);
+  if (options.format != Format::kCheck) return exit_status;
+  std::cout << UnknownLine(why) << std::flush;
+  return kCheckUnknown;
+}
+
 /// Returns the exit status, which only a check has a say in.
 int Print(const Options& options, const Report& report, OutputFile& output) {
   switch (options.format) {
@@ -60,10 +69,8 @@ int Print(const Options& options, const Report& report, OutputFile& output) {
     case Format::kMof:
       PrintMof(report, output);
       break;
-    case Format::kCheck: {
-      const CheckStatus status = PrintCheck(report, output);
-      return report.exit_status == kExitOutput ? kCheckUnknown : status;
-    }
+    case Format::kCheck:
+      return PrintCheck(report, output);
   }
   return report.exit_status;
 }
@@ -71,21 +78,21 @@ int Print(const Options& options, const Report& report, OutputFile& output) {
 int Run(const Options& options) {
   OutputFile output(options.output);
   if (!output.GetError().empty()) {
-    Complain("cannot write " + options.output.string() + ": " + output.GetError());
-    return kExitOutput;
+    return Refuse(options, kExitOutput,
+                  "cannot write " + options.output.string() + ": " + output.GetError());
   }
   LogFile log(options.log);
   if (!log.GetError().empty()) {
-    Complain("cannot write " + options.log.string() + ": " + log.GetError());
-    return kExitOutput;
+    return Refuse(options, kExitOutput,
+                  "cannot write " + options.log.string() + ": " + log.GetError());
   }
 
   if (!options.root.empty()) {
     std::error_code error;
     std::filesystem::current_path(options.root, error);
     if (error) {
-      Complain("cannot work in " + options.root.string() + ": " + error.message());
-      return options.format == Format::kCheck ? int{kCheckUnknown} : int{kExitUsage};
+      return Refuse(options, kExitUsage,
+                    "cannot work in " + options.root.string() + ": " + error.message());
     }
   }
 
@@ -135,7 +142,6 @@ int main(int argc, char** argv) {
     CleanUpOnSignals();
     return Run(*options);
   } catch (const std::exception& error) {
-    Complain(error.what());
-    return options && options->format == Format::kCheck ? int{kCheckUnknown} : int{kExitFailed};
+    return Refuse(options.value_or(Options{}), kExitFailed, error.what());
   }
 }

@@ -1,10 +1,8 @@
 #include "inventory/mof_printer.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <map>
-#include <span>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -22,30 +20,26 @@ bool IsReference(const TCIMValue& value) {
   return value.GetType().GetCode() == TCIMValue::kReference;
 }
 
-bool IsAssociation(const StoredInstance& instance) {
-  return std::any_of(instance.properties.begin(), instance.properties.end(),
-                     [](const standin::StoredProperty& p) { return IsReference(p.value); });
-}
-
 class MofPrinter {
  public:
   MofPrinter(const Report& report, OutputFile& output) : report_(report), output_(output) {
-    for (const standin::SchemaClass& known : standin::Schema()) keys_[known.name] = known.keys;
+    for (const standin::SchemaClass& known : standin::Schema()) classes_[known.name] = &known;
   }
 
   void Print() {
-    const auto& committed = report_.repository.GetCommitted();
     output_.Write(std::string("// Written by ") + kProgramName + " " KRAID_VERSION + " on " +
                   Readable(report_.host) + ". It needs the schema, kvxsg.mof.\n");
     for (const Problem& problem : report_.problems) {
       output_.Write("// Not collected: " + Readable(problem.what + ": " + problem.why) + "\n");
     }
+    const auto& committed = report_.repository.GetCommitted();
     for (const auto& instance : committed) FindReferenced(*instance);
-    for (const auto& instance : committed) {
-      if (!IsAssociation(*instance)) PrintInstance(*instance);
-    }
-    for (const auto& instance : committed) {
-      if (IsAssociation(*instance)) PrintInstance(*instance);
+    for (const bool associations : {false, true}) {
+      for (const auto& instance : committed) {
+        const auto found = classes_.find(*instance->class_name);
+        const bool is_association = found != classes_.end() && found->second->is_association;
+        if (is_association == associations) PrintInstance(*instance);
+      }
     }
   }
 
@@ -56,33 +50,44 @@ class MofPrinter {
     }
   }
 
-  /// The path of an instance; "" when the schema or the instance lacks a key.
-  std::string PathOf(const StoredInstance& instance) const {
-    const auto found = keys_.find(*instance.class_name);
-    if (found == keys_.end()) return "";
-    TCIMReference::Keys keys;
-    for (const std::string_view name : found->second) {
-      const TCIMValue* value = instance.Find(std::string(name));
-      if (value == nullptr || value->IsNull()) return "";
-      keys.emplace_back(name, *value);
+  /// Why a strict reader would refuse the instance; "" when it has no reason.
+  std::string FindObstacle(const StoredInstance& instance) const {
+    const auto found = classes_.find(*instance.class_name);
+    if (found == classes_.end()) return "the schema has no such class";
+    for (const std::string_view key : found->second->keys) {
+      const TCIMValue* value = instance.Find(std::string(key));
+      if (value == nullptr || value->IsNull()) return "it lacks a key";
     }
-    return TCIMReference(nullptr, *instance.class_name, std::move(keys)).ToString();
+    for (const standin::StoredProperty& property : instance.properties) {
+      if (IsReference(property.value) && AliasOf(property.value).empty()) {
+        return "it refers to an instance that does not stand before it";
+      }
+    }
+    return "";
   }
 
   void PrintInstance(const StoredInstance& instance) {
-    for (const standin::StoredProperty& property : instance.properties) {
-      if (IsReference(property.value) && AliasOf(property.value).empty()) {
-        output_.Write("\n// Left out: an instance of " + *instance.class_name +
-                      " with a reference to an instance that is not here.\n");
-        return;
-      }
-    }
     output_.Write("\n");
-    const std::string path = PathOf(instance);
+    if (const std::string obstacle = FindObstacle(instance); !obstacle.empty()) {
+      output_.Write("// Left out: an instance of " + Readable(*instance.class_name) + "; " +
+                    obstacle + ".\n");
+      return;
+    }
+    // The keys as they are written: two texts may differ in bytes that are not UTF-8 alone.
+    std::string written = *instance.class_name;
+    TCIMReference::Keys keys;
+    for (const std::string_view key : classes_.at(*instance.class_name)->keys) {
+      const TCIMValue* value = instance.Find(std::string(key));
+      keys.emplace_back(key, *value);
+      written.append(",").append(Literal(*value));
+    }
+    const bool is_first = printed_.insert(std::move(written)).second;
+    if (!is_first) output_.Write("// Its keys are those of an earlier instance.\n");
+
     std::string alias;
-    if (!path.empty() && !printed_.insert(path).second) {
-      output_.Write("// Its keys are those of an earlier instance.\n");
-    } else if (const auto wanted = aliases_.find(path); wanted != aliases_.end()) {
+    const auto wanted =
+        aliases_.find(TCIMReference(nullptr, *instance.class_name, std::move(keys)).ToString());
+    if (wanted != aliases_.end() && wanted->second.empty()) {
       wanted->second =
           "$" + *instance.class_name + "_" + std::to_string(++alias_counts_[*instance.class_name]);
       alias = " as " + wanted->second;
@@ -100,9 +105,7 @@ class MofPrinter {
     const TCIMValue& value = property.value;
     if (value.IsNull()) return;
     if (!value.IsArray()) {
-      output_.Write("  " + *property.name + " = ");
-      PrintValue(value);
-      output_.Write(";\n");
+      output_.Write("  " + *property.name + " = " + Literal(value) + ";\n");
       return;
     }
     // Not every reader of MOF takes an empty pair of braces.
@@ -113,36 +116,36 @@ class MofPrinter {
     output_.Write("  " + *property.name + " = {");
     const char* separator = "\n    ";
     for (const TCIMValue& element : value.GetArray()) {
-      output_.Write(separator);
-      PrintValue(element);
+      output_.Write(separator + Literal(element));
       separator = ",\n    ";
     }
     output_.Write("};\n");
   }
 
-  void PrintValue(const TCIMValue& value) {
+  std::string Literal(const TCIMValue& value) const {
     switch (value.GetType().GetCode()) {
       case TCIMValue::kNull:
-        return output_.Write("NULL");
+        break;
       case TCIMValue::kUint16:
       case TCIMValue::kUint32:
-        return output_.Write(std::to_string(value.GetNumber()));
+        return std::to_string(value.GetNumber());
       case TCIMValue::kString:
-        return output_.Write(MofString(value.GetString()));
+        return MofString(value.GetString());
       case TCIMValue::kDateTime:
-        return output_.Write("\"" + MofDateTime(value.GetDateTime().ToString()) + "\"");
+        return "\"" + MofDateTime(value.GetDateTime().ToString()) + "\"";
       case TCIMValue::kReference:
-        return output_.Write(AliasOf(value));
+        return AliasOf(value);
     }
+    return "NULL";
   }
 
   const Report& report_;
   OutputFile& output_;
-  std::map<std::string_view, std::span<const std::string_view>> keys_;
+  std::map<std::string_view, const standin::SchemaClass*> classes_;
   /// By path, of the instances that something refers to; "" as long as the instance is not printed.
   std::unordered_map<std::string, std::string> aliases_;
   std::unordered_map<std::string, int> alias_counts_;
-  std::unordered_set<std::string> printed_;
+  std::unordered_set<std::string> printed_;  // by class and keys
 };
 
 }  // namespace

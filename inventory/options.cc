@@ -63,8 +63,8 @@ std::nullopt_t Refuse(const std::string& why, std::span<const char* const> argum
   Complain(why);
   std::cerr << "Try '" << kProgramName << " --help' for the options.\n";
   exit_status = kExitUsage;
-  const auto is_check = [](const char* argument) {
-    return std::string_view(argument) == "--check";
+  const auto is_check = [](std::string_view argument) {
+    return argument == "--check" || argument.starts_with("--check=");
   };
   if (std::any_of(arguments.begin(), arguments.end(), is_check)) {
     std::cout << UnknownLine(why) << std::flush;
@@ -137,14 +137,16 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       app.add_flag("--check", check, "one line and the exit status for a monitoring system")
           ->excludes(format)
           ->excludes(classes);
+  CLI::Option* const output =
+      app.add_option("--output", options.output,
+                     "write there, whole or not at all (default: standard output)")
+          ->type_name("FILE")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
   app.add_flag("--list", list, "list the classes of the schema")
       ->excludes(check_flag)
+      ->excludes(classes)
       ->excludes(format)
-      ->excludes(classes);
-  app.add_option("--output", options.output,
-                 "write there, whole or not at all (default: standard output)")
-      ->type_name("FILE")
-      ->check(CLI::Validator(CheckNotEmpty, ""));
+      ->excludes(output);
   app.add_option("--log", options.log, "write the plug-in's log messages there")
       ->type_name("FILE")
       ->check(CLI::Validator(CheckNotEmpty, ""));

@@ -1,6 +1,7 @@
 #include "inventory/text_printer.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 #include "inventory/health.h"
@@ -48,8 +49,9 @@ class TextPrinter {
       attention = "no controller was found";
       tint = Tint::kWarning;
     }
-    if (!std::all_of(report_.problems.begin(), report_.problems.end(),
-                     [](const Problem& problem) { return problem.is_absence; })) {
+    if (!std::all_of(report_.problems.begin(), report_.problems.end(), [](const Problem& problem) {
+          return problem.extent == Problem::Extent::kAbsentTool;
+        })) {
       attention += "; not all was collected";
       tint = std::max(tint, Tint::kWarning);
     }
@@ -70,7 +72,7 @@ class TextPrinter {
     std::string absent;
     bool is_begun = false;
     for (const Problem& problem : report_.problems) {
-      if (problem.is_absence) {
+      if (problem.extent == Problem::Extent::kAbsentTool) {
         absent.append(absent.empty() ? "" : ", ").append(problem.what);
         continue;
       }
@@ -100,16 +102,12 @@ class TextPrinter {
     if (!controller.tool.empty()) kind += " (" + controller.tool + ")";
     writer_.Flow({}, "  ", {{title + ":", Tint::kStrong}, {kind}}, " ");
     PrintFacts(controller);
-    if (!controller.operation.empty()) {
-      std::string text = controller.operation;
-      if (!controller.operation_drive.empty()) {
-        text += " of logical drive " + controller.operation_drive;
-      }
-      text += ": " + controller.operation_status;
+    std::string operation = controller.DescribeOperation();
+    if (!operation.empty()) {
       if (!controller.stripes_left.empty() && controller.stripes_left != "0") {
-        text += ", " + controller.stripes_left + " of " + controller.stripes + " stripes left";
+        operation += ", " + controller.stripes_left + " of " + controller.stripes + " stripes left";
       }
-      writer_.FlowWords({{"  "}}, "    ", text);
+      writer_.FlowWords({{"  "}}, "    ", operation);
     }
     PrintTree(controller);
     PrintLogs(controller);
@@ -158,7 +156,10 @@ class TextPrinter {
   static TreeRow RowOf(const LogicalDrive& drive) {
     TreeRow row;
     row.name = "Logical drive " + drive.number;
-    const std::string errors = drive.bad_stripes.empty() ? "" : drive.bad_stripes + " bad stripes";
+    std::string errors = drive.bad_stripes.empty() ? "" : drive.bad_stripes + " bad stripes";
+    if (IsBlocked(drive)) {
+      errors.append(errors.empty() ? "" : ", ").append("access blocked: " + drive.access_blocked);
+    }
     row.cells = {StateOf(drive.state, JudgeLogicalDrive(drive.state)),
                  {drive.size},
                  {drive.raid_level},
@@ -173,11 +174,10 @@ class TextPrinter {
   static TreeRow RowOf(const Device& device) {
     TreeRow row;
     row.name = device.place;
-    const bool is_flagged = !device.predicts_failure.empty() && device.predicts_failure != "No";
     row.cells = {StateOf(device.state, JudgeDevice(device.state)),
                  {device.size},
                  {device.type},
-                 {device.predicts_failure, is_flagged ? Tint::kWarning : Tint::kPlain},
+                 {device.predicts_failure, PredictsFailure(device) ? Tint::kWarning : Tint::kPlain},
                  {device.firmware},
                  {device.serial_number},
                  {device.model},
@@ -197,7 +197,8 @@ class TextPrinter {
     } else if (!group.array.empty()) {
       top.name = "Array " + group.array;
     } else {
-      top.name = group.absent_places.empty() ? "In no array" : "Array";
+      const bool is_rest = drives.empty() && group.absent_places.empty();
+      top.name = is_rest ? "In no array" : "Array";
     }
     top.children = std::move(drives);
     for (const std::size_t i : group.devices) {
@@ -205,6 +206,9 @@ class TextPrinter {
     }
     for (const std::string& place : group.absent_places) {
       top.children.push_back({place, Tint::kPlain, {{"missing", Tint::kCritical}}, {}});
+    }
+    for (const std::string& place : group.shared_places) {
+      top.children.push_back({place, Tint::kPlain, {{"see above", Tint::kFaint}}, {}});
     }
     return top;
   }
@@ -225,17 +229,19 @@ class TextPrinter {
     }
     if (rows.empty()) return;
     writer_.Line();
-    WriteTree(writer_, "  ",
-              {"NAME", "STATE", "SIZE", "TYPE", "PFA", "FIRMWARE", "SERIAL", "MODEL", "ERRORS"},
-              rows);
+    WriteTree(
+        writer_, "  ",
+        {"NAME", "STATE", "SIZE", "TYPE", "PFA", "FIRMWARE", "SERIAL", "MODEL/NAME", "ERRORS"},
+        rows);
   }
 
   void PrintLogs(const Controller& controller) {
     if (controller.ddd_count + controller.soft.count + controller.hard.count == 0) return;
     writer_.Line();
     if (controller.ddd_count > 0) {
-      writer_.Line(
-          {{"  Defunct drive log, " + Heading(controller.ddd_count, controller.last_ddd.size())}});
+      writer_.FlowWords(
+          {{"  "}}, "    ",
+          "Defunct drive log, " + Heading(controller.ddd_count, controller.last_ddd.size()));
       for (const std::string& entry : controller.last_ddd) {
         writer_.FlowWords({{"    "}}, std::string(6, ' '), entry);
       }
@@ -268,13 +274,10 @@ class TextPrinter {
                                                   : Tint::kPlain;
       std::vector<Span> pieces = {{event.time}};
       if (!event.severity.empty()) pieces.push_back({event.severity, tint});
-      if (!event.machine.empty()) pieces.push_back({event.machine});
-      std::vector<Span> start = {{"  "}};
-      for (Span& piece : pieces) {
-        start.push_back(std::move(piece));
-        start.push_back({"  "});
-      }
-      writer_.FlowWords(start, "    ", event.message);
+      if (!event.machine.empty()) pieces.push_back({event.machine + ":"});
+      std::istringstream words(event.message);
+      for (std::string word; words >> word;) pieces.push_back({word});
+      writer_.Flow({{"  "}}, "    ", pieces, " ");
     }
   }
 
@@ -301,11 +304,12 @@ void PrintInstances(const Report& report, const Display& display, OutputFile& ou
     for (const standin::StoredProperty& property : instance->properties) {
       width = std::max(width, property.name->size());
     }
+    // Long names leave their values half of the width.
+    const std::string indent(std::min(width + 4, display.width / 2), ' ');
     for (const standin::StoredProperty& property : instance->properties) {
-      const std::vector<Span> start = {
-          {"  " + *property.name + std::string(width - property.name->size() + 2, ' '),
-           Tint::kFaint}};
-      const std::string indent(width + 4, ' ');
+      std::string name = "  " + *property.name;
+      name.resize(std::max(name.size() + 2, indent.size()), ' ');
+      const std::vector<Span> start = {{name, Tint::kFaint}};
       if (!property.value.IsArray()) {
         writer.FlowWords(start, indent, Readable(property.value.ToString()));
         continue;

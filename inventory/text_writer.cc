@@ -8,6 +8,7 @@ namespace {
 constexpr std::string_view kGap = "  ";  // between columns
 constexpr std::size_t kNarrowestPiece = 10;
 constexpr std::size_t kNarrowestColumn = 12;
+constexpr std::size_t kWidestColumn = 60;  // a wider cell goes below its row
 
 const char* CodeOf(Tint tint) {
   switch (tint) {
@@ -46,14 +47,14 @@ std::size_t WidthOf(const std::vector<Span>& spans) {
 }
 
 /// Takes the first `width` columns off `text`.
-std::string TakeColumns(std::string& text, std::size_t width) {
+std::string_view TakeColumns(std::string_view& text, std::size_t width) {
   std::size_t end = 0;
   while (end < text.size()) {
     if ((text[end] & '\xC0') != '\x80' && width-- == 0) break;
     ++end;
   }
-  std::string taken = text.substr(0, end);
-  text.erase(0, end);
+  const std::string_view taken = text.substr(0, end);
+  text.remove_prefix(end);
   return taken;
 }
 
@@ -74,40 +75,42 @@ void TextWriter::Line(const std::vector<Span>& spans) {
 
 void TextWriter::Flow(const std::vector<Span>& start, const std::string& indent,
                       const std::vector<Span>& pieces, std::string_view gap) {
+  const std::size_t indent_width = ::WidthOf(indent);
+  const std::size_t room = display_.width - std::min(display_.width, indent_width);
   std::vector<Span> line = start;
   std::size_t width = WidthOf(start);
   bool is_begun = false;  // a piece is on the line
-  for (Span piece : pieces) {
-    std::size_t piece_width = ::WidthOf(piece.text);
-    while (true) {
-      const std::size_t needed = (is_begun ? gap.size() : 0) + piece_width;
-      if (width >= display_.width || needed > display_.width - width) {
-        const std::size_t room = display_.width - std::min(display_.width, ::WidthOf(indent));
-        if (is_begun || (piece_width <= room && width > ::WidthOf(indent))) {
-          Line(line);
-          line = {{indent}};
-          width = ::WidthOf(indent);
-          is_begun = false;
-          continue;
-        }
-        // It would not fit a line of its own either.
-        const std::size_t taken =
-            std::max(kNarrowestPiece, display_.width - std::min(display_.width, width));
-        if (taken < piece_width) {
-          line.push_back({TakeColumns(piece.text, taken), piece.tint});
-          piece_width -= taken;
-          Line(line);
-          line = {{indent}};
-          width = ::WidthOf(indent);
-          continue;
-        }
+  const auto end_line = [&] {
+    Line(line);
+    line = {{indent}};
+    width = indent_width;
+    is_begun = false;
+  };
+  for (const Span& piece : pieces) {
+    std::string_view text = piece.text;
+    std::size_t text_width = ::WidthOf(text);
+    const auto is_too_wide = [&] {
+      const std::size_t needed = text_width + (is_begun ? gap.size() : 0);
+      return width >= display_.width || needed > display_.width - width;
+    };
+    // On a line of its own, if that helps; else it is broken.
+    if (is_too_wide() && (is_begun || (text_width <= room && width > indent_width))) end_line();
+    while (is_too_wide()) {
+      const std::size_t left = display_.width - std::min(display_.width, width);
+      if (left < kNarrowestPiece && width > indent_width) {
+        end_line();
+        continue;
       }
-      if (is_begun) line.push_back({std::string(gap)});
-      line.push_back(std::move(piece));
-      width += needed;
-      is_begun = true;
-      break;
+      const std::size_t taken = std::max(kNarrowestPiece, left);
+      if (taken >= text_width) break;
+      line.push_back({std::string(TakeColumns(text, taken)), piece.tint});
+      text_width -= taken;
+      end_line();
     }
+    if (is_begun) line.push_back({std::string(gap)});
+    width += text_width + (is_begun ? gap.size() : 0);
+    line.push_back({std::string(text), piece.tint});
+    is_begun = true;
   }
   Line(line);
 }
@@ -142,47 +145,51 @@ class TreeWriter {
         indent_(indent),
         titles_(titles),
         art_(writer.GetDisplay().utf8 ? kUtf8Art : kAsciiArt),
-        widths_(titles.size(), 0) {}
+        widths_(titles.size() - 1, 0) {}
 
   void Write(const std::vector<TreeRow>& rows) {
     for (const TreeRow& row : rows) Measure(row, 0);
     FitColumns();
-    std::vector<Span> heading = {{indent_}};
-    for (std::size_t i = 0; i < titles_.size(); ++i)
-      AddCell(heading, i, {titles_[i], Tint::kFaint});
+    std::vector<Span> heading = {{indent_}, {titles_[0], Tint::kFaint}};
+    heading.push_back({std::string(names_ - ::WidthOf(titles_[0]), ' ')});
+    for (std::size_t i = 0; i < widths_.size(); ++i) {
+      AddCell(heading, i, {titles_[i + 1], Tint::kFaint});
+    }
     writer_.Line(heading);
     for (const TreeRow& row : rows) WriteRow(row, "", "", 0);
   }
 
  private:
   void Measure(const TreeRow& row, std::size_t depth) {
-    widths_[0] = std::max(widths_[0], depth * ::WidthOf(art_.child) + ::WidthOf(row.name));
+    const std::size_t lead = depth * ::WidthOf(art_.child);
+    names_ = std::max(names_, lead + std::min(kWidestColumn, ::WidthOf(row.name)));
     for (std::size_t i = 0; i < row.cells.size(); ++i) {
-      widths_[i + 1] = std::max(widths_[i + 1], ::WidthOf(row.cells[i].text));
+      widths_[i] = std::max(widths_[i], std::min(kWidestColumn, ::WidthOf(row.cells[i].text)));
     }
     for (const TreeRow& child : row.children) Measure(child, depth + 1);
   }
 
   void FitColumns() {
     std::size_t room = writer_.GetDisplay().width - ::WidthOf(indent_);
+    names_ = std::min(std::max(names_, ::WidthOf(titles_[0])), room);
+    room -= names_;
     bool is_full = false;
-    for (std::size_t i = 0; i < titles_.size(); ++i) {
-      if (widths_[i] > 0) widths_[i] = std::max(widths_[i], ::WidthOf(titles_[i]));
+    for (std::size_t i = 0; i < widths_.size(); ++i) {
+      if (widths_[i] > 0) widths_[i] = std::max(widths_[i], ::WidthOf(titles_[i + 1]));
       if (widths_[i] == 0 || is_full) {
         is_shown_.push_back(false);
         continue;
       }
-      const std::size_t gap = i == 0 ? 0 : kGap.size();
-      if (i > 0 && widths_[i] + gap > room) {
-        // Once a column does not fit, none behind it does: their order stays. It may have what is
-        // left, for the cells that fit into that.
-        is_full = true;
-        is_shown_.push_back(room >= kNarrowestColumn + gap);
-        widths_[i] = room - gap;
-        continue;
+      const std::size_t needed = kGap.size() + widths_[i];
+      // Once a column does not fit, none behind it does: their order stays. It may have what is
+      // left, for the cells that fit into that.
+      is_full = needed > room;
+      is_shown_.push_back(!is_full || room >= kGap.size() + kNarrowestColumn);
+      if (is_full) {
+        widths_[i] = room - std::min(room, kGap.size());
+      } else {
+        room -= needed;
       }
-      room -= std::min(room, widths_[i] + gap);
-      is_shown_.push_back(true);
     }
   }
 
@@ -193,30 +200,38 @@ class TreeWriter {
   void AddCell(std::vector<Span>& line, std::size_t column, const Span& cell) const {
     if (!is_shown_[column]) return;
     const bool fits = Fits(column, cell);
+    line.push_back({std::string(kGap)});
     if (fits) line.push_back(cell);
-    const std::size_t used = fits ? ::WidthOf(cell.text) : 0;
-    line.push_back({std::string(widths_[column] - used + kGap.size(), ' ')});
+    line.push_back({std::string(widths_[column] - (fits ? ::WidthOf(cell.text) : 0), ' ')});
   }
 
   void WriteRow(const TreeRow& row, const std::string& lead, const std::string& art,
                 std::size_t depth) {
-    std::vector<Span> line = {{indent_}, {lead + art, Tint::kFaint}, {row.name, row.tint}};
-    line.push_back({std::string(
-        widths_[0] - depth * ::WidthOf(art_.child) - ::WidthOf(row.name) + kGap.size(), ' ')});
+    std::string lead_below = lead;
+    if (depth > 0) lead_below += art == art_.last_child ? art_.nothing : art_.passing;
+    const std::string start =
+        lead_below + (row.children.empty() ? art_.nothing : art_.passing) + " ";
+
+    const std::size_t lead_width = ::WidthOf(lead) + ::WidthOf(art);
+    const std::size_t name_room = names_ - std::min(names_, lead_width);
+    std::vector<Span> line = {{indent_}, {lead + art, Tint::kFaint}};
+    if (const std::size_t width = ::WidthOf(row.name); width <= name_room) {
+      line.push_back({row.name, row.tint});
+      line.push_back({std::string(name_room - width, ' ')});
+    } else {
+      writer_.FlowWords(line, indent_ + start, row.name, row.tint);
+      line = {{indent_}, {lead_below, Tint::kFaint}};
+      line.push_back({std::string(names_ - std::min(names_, ::WidthOf(lead_below)), ' ')});
+    }
     std::vector<Span> below;
     for (std::size_t i = 0; i < row.cells.size(); ++i) {
-      AddCell(line, i + 1, row.cells[i]);
-      if (!Fits(i + 1, row.cells[i]) && !row.cells[i].text.empty()) {
+      AddCell(line, i, row.cells[i]);
+      if (!Fits(i, row.cells[i]) && !row.cells[i].text.empty()) {
         below.push_back({titles_[i + 1] + " " + row.cells[i].text, row.cells[i].tint});
       }
     }
     writer_.Line(line);
-
-    std::string lead_below = lead;
-    if (depth > 0) lead_below += art == art_.last_child ? art_.nothing : art_.passing;
     if (!below.empty()) {
-      const std::string start =
-          lead_below + (row.children.empty() ? art_.nothing : art_.passing) + " ";
       writer_.Flow({{indent_}, {start, Tint::kFaint}}, indent_ + start, below, kGap);
     }
     for (const TreeRow& child : row.children) {
@@ -229,7 +244,8 @@ class TreeWriter {
   const std::string& indent_;
   const std::vector<std::string>& titles_;
   const TreeArt& art_;
-  std::vector<std::size_t> widths_;
+  std::size_t names_ = 0;            // the width of the names, their lines included
+  std::vector<std::size_t> widths_;  // of the cells
   std::vector<bool> is_shown_;
 };
 

@@ -49,11 +49,15 @@ std::vector<Problem> ToolMonitor::GetProblems() const {
       why += reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
       if (record.reasons.size() > 1) why += " (" + std::to_string(count) + ")";
     }
-    // The system's reason would not tell: a script without its interpreter has the same.
-    std::error_code error;
-    const bool is_absence =
-        record.failures == record.runs && !std::filesystem::exists(program, error) && !error;
-    problems.push_back({program, why, false, is_absence});
+    Problem::Extent extent = Problem::Extent::kRuns;
+    if (record.failures == record.runs) {
+      // The system's reason would not tell: a script without its interpreter has the same.
+      std::error_code error;
+      const auto type = std::filesystem::symlink_status(program, error).type();
+      extent = type == std::filesystem::file_type::not_found ? Problem::Extent::kAbsentTool
+                                                             : Problem::Extent::kTool;
+    }
+    problems.push_back({program, why, extent});
   }
   return problems;
 }

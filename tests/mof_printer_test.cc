@@ -79,6 +79,10 @@ TEST(MofPrinter, TellsOfDuplicatesEmptyArraysAndReferencesToNothing) {
          {{"Stats", stripes},
           {"ManagedElement", TCIMReference(nullptr, "KVXSG_krLogicalDisk", {{"DeviceID", "9"}})}});
   commit_disk("1\n");
+  commit_disk("\xfe");
+  commit_disk("\xff");  // another path, but not when it is written
+  Commit(repository, "KVXSG_DiskGroup", {});
+  Commit(repository, "a b; }", {{"A", "a"}});
   Commit(repository, "KVXSG_krRawData",
          {{"Command", "c"}, {"RawResults", {TCIMValue::TCIMType(TCIMValue::kString), 0, {}}}});
   const std::string mof = Print({"host\n1", 1, {{"tool\n", "why"}}, repository});
@@ -105,6 +109,29 @@ instance of KVXSG_krLogicalDisk {
   DeviceID = "1\n";
 };
 
+instance of KVXSG_krLogicalDisk {
+  SystemCreationClassName = "S";
+  SystemName = "h";
+  CreationClassname = "C";
+  DeviceID = ")"
+                 "\xef\xbf\xbd"
+                 R"(";
+};
+
+// Its keys are those of an earlier instance.
+instance of KVXSG_krLogicalDisk {
+  SystemCreationClassName = "S";
+  SystemName = "h";
+  CreationClassname = "C";
+  DeviceID = ")"
+                 "\xef\xbf\xbd"
+                 R"(";
+};
+
+// Left out: an instance of KVXSG_DiskGroup; it lacks a key.
+
+// Left out: an instance of a b; }; the schema has no such class.
+
 instance of KVXSG_krRawData {
   Command = "c";
   // RawResults is an empty array.
@@ -115,9 +142,9 @@ instance of KVXSG_ElementBadStripeData {
   ManagedElement = $KVXSG_krLogicalDisk_1;
 };
 
-// Left out: an instance of KVXSG_ElementBadStripeData with a reference to an instance that is not here.
+// Left out: an instance of KVXSG_ElementBadStripeData; it refers to an instance that does not stand before it.
 )");
-  EXPECT_EQ(Read(mof).instances.size(), 5U);
+  EXPECT_EQ(Read(mof).instances.size(), 7U);
 }
 
 /// The instances as the MOF should have them, from the JSON document of the same run.

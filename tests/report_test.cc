@@ -11,6 +11,8 @@
 
 namespace {
 
+using NKVXHMZ20::TCIMValue;
+
 constexpr char kControllers[] = "KVXSG_krSCSIProtocolController";
 constexpr char kDisks[] = "KVXSG_krLogicalDisk";
 constexpr char kDrives[] = "KVXSG_krDiskDrive";
@@ -41,6 +43,7 @@ void CommitMachine(standin::Repository& repository, const Change& change) {
        {{"ControllerNum", "1"},
         {"LogicalDriveNum", "1"},
         {"LogicalDriveStatus", " Okay (OKY)\n"},
+        {"AccessBlocked", " No\n"},
         {"PartOfArray", " A\n"}}},
       {"KVXSG_krDiskGroup",
        {{"CollectionID", "KelvaRAID1ArrayA"},
@@ -91,6 +94,12 @@ TEST(Check, TellsWhatNeedsAttentionAndHowMuch) {
        kCheckCritical,
        "KRAID CRITICAL - 1 critical, 0 warnings: controller 1 (db), device 1,0: Defunct (DDD) |"},
       {{kDrives, "State", "Online, failing"}, kCheckCritical, "failed_devices=1;"},
+      {{kDrives, "State", "Online (failing)"}, kCheckCritical, "failed_devices=1;"},
+      {{kDrives, "State", "Online (DDD)"}, kCheckWarning, "device 1,0: Online (DDD) |"},
+      {{kDrives, "State", "Removed"}, kCheckCritical, "failed_devices=1;"},
+      {{kDrives, "State", "Missing"}, kCheckCritical, "failed_devices=1;"},
+      {{kDrives, "State", "No response"}, kCheckCritical, "failed_devices=1;"},
+      {{kDrives, "State", "DEDICATED hot spare"}, kCheckOk, "OK"},
       {{kDrives, "State", "Onlined"}, kCheckWarning, "device 1,0: Onlined |"},
       {{kDrives, "State", "a|b"}, kCheckWarning, ": a/b | controllers"},
       {{kDrives, "State", ""}, kCheckWarning, "device 1,0: no state is reported |"},
@@ -98,12 +107,15 @@ TEST(Check, TellsWhatNeedsAttentionAndHowMuch) {
       {{kDrives, "PFA", " Yes\n"}, kCheckWarning, "1,0: PFA: Yes |"},
       {{kDrives, "ScsiId", " 5\n"},
        kCheckCritical,
-       "device 1,0: missing: in a stripe order, but not among the devices |"},
+       "device 1,0: missing: in a stripe order, but not among the devices | controllers=1;;;0 "
+       "logical_drives=1;;;0 devices=1;;;0 failed_devices=1;"},
       {{"KVXSG_krSCSIDeviceData", "PFA", "2"}, kCheckWarning, " predicted_failures=1;"},
       {{kDisks, "LogicalDriveStatus", " Critical (CRT)\n"}, kCheckCritical, "degraded_drives=1;"},
       {{kDisks, "LogicalDriveStatus", " Offline (OFL)\n"},
        kCheckCritical,
        "drive 1: Offline (OFL)"},
+      {{kDisks, "LogicalDriveStatus", "Degraded"}, kCheckCritical, "degraded_drives=1;"},
+      {{kDisks, "AccessBlocked", " Yes\n"}, kCheckWarning, "drive 1: access blocked: Yes |"},
       {{kDisks, "LogicalDriveStatus", "Migrating"}, kCheckWarning, "degraded_drives=0;"},
       {{"KVXSG_BadStripeData", "NumBadStripes", "17"}, kCheckWarning, "drive 1: 17 bad stripes |"},
       {{"KVXSG_BadStripeData", "LogicalDrive", "9"}, kCheckOk, "drives_with_bad_stripes=0"},
@@ -114,6 +126,11 @@ TEST(Check, TellsWhatNeedsAttentionAndHowMuch) {
        "controller 1 (db): 2 defunct disk drives, 0 of them listed | controllers=1;;;0 "
        "logical_drives=1;;;0 devices=1;;;0 failed_devices=2;"},
       {{kControllers, "LogicalDriveStatusCnt", "3/1/1\n"}, kCheckCritical, "degraded_drives=2;"},
+      {{kControllers, "DefunctDiskDriveCnt", "some\n"}, kCheckWarning, "drive count: some |"},
+      {{kControllers, "LogicalDriveStatusCnt", "4/n/2\n"}, kCheckWarning, "critical: 4/n/2 |"},
+      {{kControllers, "LastCmdStatus", " In progress\n"}, kCheckWarning, " rebuilds=1;"},
+      {{kControllers, "LastCmdStatus", ""}, kCheckWarning, "drive 1: status not reported |"},
+      {{kControllers, "ControllerBatteryStatus", "Charging\n"}, kCheckOk, "OK"},
       {{kControllers, "BackgroundOperationActive", " Yes\n"}, kCheckWarning, " rebuilds=1;"},
       {{kControllers, "LastCmdStatus", " Aborted\n"},
        kCheckWarning,
@@ -138,9 +155,10 @@ TEST(Check, KnowsWhenItDoesNotKnow) {
   standin::Repository nothing;
   standin::Repository machine;
   CommitMachine(machine, {kDrives, "State", "Defunct"});
-  const Problem absent = {"./kraid/hrconf", "not there", false, true};
+  const Problem absent = {"./kraid/hrconf", "not there", Problem::Extent::kAbsentTool};
   const Problem failed = {"./kraid/hrconf", "was ended by signal 11"};
-  const Problem threw = {"./kraid/kelvcmd", "too short", true, false};
+  const Problem useless = {"./kraid/hrconf", "all failed", Problem::Extent::kTool};
+  const Problem threw = {"./kraid/kelvcmd", "too short", Problem::Extent::kCollection};
   const struct {
     standin::Repository& repository;
     std::vector<Problem> problems;
@@ -151,6 +169,7 @@ TEST(Check, KnowsWhenItDoesNotKnow) {
       {nothing, {failed}, kCheckUnknown, "KRAID UNKNOWN - no controller was found; 0 critical, 1"},
       {machine, {absent}, kCheckCritical, "KRAID CRITICAL - 1 critical, 0 warnings"},
       {machine, {failed}, kCheckCritical, "KRAID CRITICAL - 1 critical, 1 warning: "},
+      {machine, {useless}, kCheckCritical, "KRAID CRITICAL - 1 critical, 1 warning: "},
       {machine,
        {threw},
        kCheckUnknown,
@@ -166,6 +185,34 @@ TEST(Check, KnowsWhenItDoesNotKnow) {
   CommitMachine(fine, {});
   CheckStatus status = kCheckOk;
   EXPECT_TRUE(CheckLine({"h", 0, {failed}, fine}, status).starts_with("KRAID WARNING - 0 cr"));
+  EXPECT_TRUE(CheckLine({"h", 0, {useless}, fine}, status).starts_with("KRAID UNKNOWN - 0 cr"));
+}
+
+TEST(Check, NamesAsMuchAsALineCanHold) {
+  standin::Repository repository;
+  CommitMachine(repository, {kDrives, "State", "Defunct"});
+  for (int i = 1; i < 10; ++i) {
+    Commit(repository, kDrives,
+           {{"ControllerNum", "1"},
+            {"ScsiId", std::to_string(i)},
+            {"State", "Defunct" + std::string(1000, '-')}});
+  }
+  Commit(repository, kControllers, {{"ControllerNum", "2"}, {"DefunctDiskDriveCnt", "1\n"}});
+  CheckStatus status = kCheckUnknown;
+  const std::string line = CheckLine({"h", 0, {}, repository}, status);
+  EXPECT_LT(line.size(), 2500U);
+  EXPECT_NE(line.find("; controller 1 (db), device ?,7: Defunct--"), std::string::npos) << line;
+  EXPECT_EQ(line.find("device ?,8"), std::string::npos) << line;
+  EXPECT_NE(line.find("; and 3 more |"), std::string::npos) << line;  // controller 2 is one of them
+}
+
+/// What a tool printed about a controller.
+void CommitOutput(standin::Repository& repository, const std::string& command,
+                  std::vector<TCIMValue> lines) {
+  const std::size_t count = lines.size();
+  Commit(repository, "KVXSG_krRawData",
+         {{"Command", command},
+          {"RawResults", {TCIMValue::TCIMType(TCIMValue::kString), count, std::move(lines)}}});
 }
 
 std::string Text(const Report& report, const Display& display = {}) {
@@ -215,9 +262,65 @@ Controller 7: type not reported
 )");
 }
 
+TEST(TextReport, KnowsEachControllersToolAndMissesNone) {
+  standin::Repository repository;
+  CommitOutput(repository, "./kraid/kelvcmd getconfig 1 al", {"Controller information"});
+  CommitOutput(repository, "./kraid/kelvcmd getconfig 2 al",
+               {"Controller information", "Status : Okay", "Physical device information"});
+  CommitOutput(repository, "./kraid/kelvcmd getconfig 3 al", {"Controller 3 is not present."});
+  CommitOutput(repository, "./kraid/arcconf getconfig 1 al",
+               {"Controller information", "Status : Okay", "Battery information", "none: 0",
+                "   Status     : Failed"});
+  for (const char* type : {"first", "second"}) {
+    Commit(repository, kControllers,
+           {{"ControllerNum", "2"}, {"ControllerType", type}, {"ControllerBatteryStatus", "Okay"}});
+  }
+  Commit(repository, kDisks,
+         {{"ControllerNum", "2"}, {"LogicalDriveNum", "1"}, {"LogicalDriveStatus", "Okay"}});
+  EXPECT_EQ(Text({"host", 0, {}, repository}),
+            R"(host: 2 controllers, 1 logical drive, 0 devices; 2 need attention
+
+CRITICAL  kelvcmd 1: its output tells of a controller that was not collected
+WARNING   controller 2: has the number of another controller, which its parts are shown with, battery: Failed
+
+Controller 2: first (kelvcmd 2)
+  Status: not reported   Firmware: not reported   BIOS: not reported   Driver: not reported   Battery: not reported
+
+  NAME             STATE
+  Logical drive 1  Okay
+
+Controller 2: second (arcconf 1)
+  Status: not reported   Firmware: not reported   BIOS: not reported   Driver: not reported   Battery: Failed
+)");
+}
+
+TEST(TextReport, ShowsArraysWhoseDisksAreSharedOrAbsent) {
+  standin::Repository repository;
+  for (const char* number : {"1", "2"}) {
+    Commit(repository, kDisks,
+           {{"ControllerNum", "1"},
+            {"LogicalDriveNum", number},
+            {"LogicalDriveStatus", "Okay"},
+            {"DriveList", " 0,0 0,9\n"}});
+  }
+  Commit(repository, kDrives,
+         {{"ControllerNum", "1"}, {"ReportedChannel", " 0,0\n"}, {"State", " Online\n"}});
+  const std::string text = Text({"host", 0, {}, repository});
+  EXPECT_EQ(text.substr(text.find("  NAME")), R"(  NAME             STATE
+  Logical drive 1  Okay
+  |- 0,0           Online
+  `- 0,9           missing
+  Logical drive 2  Okay
+  |- 0,9           missing
+  `- 0,0           see above
+)");
+  EXPECT_NE(text.find("; 1 needs attention\n"), std::string::npos) << text;
+}
+
 TEST(TextReport, OfTheSampleMachineIsAsItWas) {
   const auto repository = PublishSampleMachine();
-  const Report report{"harbor1", 0, {{"./kraid/absent", "", false, true}}, *repository};
+  const Report report{
+      "harbor1", 0, {{"./kraid/absent", "", Problem::Extent::kAbsentTool}}, *repository};
   CompareGolden("sample_machine_60.txt", Text(report, {60, false, false}));
   CompareGolden("sample_machine_200.txt", Text(report, {200, true, true}));
 }
@@ -225,10 +328,14 @@ TEST(TextReport, OfTheSampleMachineIsAsItWas) {
 TEST(TextReport, ShowsTheLastPassOnce) {
   standin::Repository repository;
   CommitMachine(repository, {});
+  const char* const manager_log = "KVXSG_LogRecord_RAIDMgrEvent";
+  Commit(repository, manager_log, {{"Message", "SpawnedProcess: ./kraid/krmgr.sh "}});
+  Commit(repository, manager_log, {{"Message", "of the first pass"}});
   const std::size_t pass = repository.GetCommitted().size();
   CommitMachine(repository, {});
-  EXPECT_TRUE(
-      Text({"h", 0, {}, repository, pass}).starts_with("h: 1 controller, 1 logical drive,"));
+  const std::string text = Text({"h", 0, {}, repository, pass});
+  EXPECT_TRUE(text.starts_with("h: 1 controller, 1 logical drive, 1 device;")) << text;
+  EXPECT_TRUE(text.ends_with("\nRAID manager, 1 entry:\n  (no time) of the first pass\n")) << text;
 }
 
 TEST(TextReport, LetsNoTextOfAToolReachTheTerminalAsCodes) {
