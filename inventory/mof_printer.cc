@@ -188,13 +188,15 @@ std::string MofDateTime(const std::string& text) {
   const auto number = [&text](std::size_t at, std::size_t count) {
     return static_cast<unsigned>(std::stoul(text.substr(at, count)));
   };
-  const auto date = std::chrono::year(static_cast<int>(number(0, 4))) / number(4, 2);
+  const auto date =
+      std::chrono::year(static_cast<int>(number(0, 4))) / std::chrono::month(number(4, 2));
   const struct {
     std::size_t at;
     bool is_possible;
   } fields[] = {
-      {4, date.month().ok()},   {6, (date / number(6, 2)).ok()}, {8, number(8, 2) < 24},
-      {10, number(10, 2) < 60}, {12, number(12, 2) < 60},
+      {4, date.month().ok()},   {6, (date / std::chrono::day(number(6, 2))).ok()},
+      {8, number(8, 2) < 24},   {10, number(10, 2) < 60},
+      {12, number(12, 2) < 60},
   };
   std::string result = text;
   for (const auto& field : fields) {
