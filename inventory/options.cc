@@ -117,9 +117,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   app.footer(kFooter);
   app.get_formatter()->column_width(26);
   app.set_version_flag("--version", std::string(kProgramName) + " " KRAID_VERSION);
-  CLI::Option* const classes =
-      app.add_option("CLASS", options.classes,
-                     "classes to ask for, in this order, repeats allowed; none: all of the schema");
+  app.add_option("CLASS", options.classes,
+                 "classes to ask for, in this order, repeats allowed; none: all of the schema")
+      ->type_name("");
   app.add_option("--root", options.root,
                  "work in this directory: the tools are DIR/kraid/... (default: the current one)")
       ->type_name("DIR")
@@ -133,20 +133,13 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                 "text, for people (the default); json; mof, for the schema kvxsg.mof");
   AddChoice(app, "--color", options.color, kColors,
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
-  CLI::Option* const check_flag =
-      app.add_flag("--check", check, "one line and the exit status for a monitoring system")
-          ->excludes(format)
-          ->excludes(classes);
+  app.add_flag("--check", check, "one line and the exit status for a monitoring system");
+  app.add_flag("--list", list, "list the classes of the schema");
   CLI::Option* const output =
       app.add_option("--output", options.output,
                      "write there, whole or not at all (default: standard output)")
           ->type_name("FILE")
           ->check(CLI::Validator(CheckNotEmpty, ""));
-  app.add_flag("--list", list, "list the classes of the schema")
-      ->excludes(check_flag)
-      ->excludes(classes)
-      ->excludes(format)
-      ->excludes(output);
   app.add_option("--log", options.log, "write the plug-in's log messages there")
       ->type_name("FILE")
       ->check(CLI::Validator(CheckNotEmpty, ""));
@@ -169,10 +162,17 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   } catch (const CLI::ParseError& error) {
     return Refuse(error.what(), arguments, exit_status);
   }
+  options.all_classes = options.classes.empty();
+  const bool has_format = format->count() > 0;
+  if (check && (has_format || !options.all_classes)) {
+    return Refuse("--check goes with neither --format nor classes", arguments, exit_status);
+  }
+  if (list && (check || has_format || output->count() > 0 || !options.all_classes)) {
+    return Refuse("--list stands alone", arguments, exit_status);
+  }
   if (list) return Answer(ClassList(), exit_status);
 
   if (check) options.format = Format::kCheck;
-  options.all_classes = options.classes.empty();
   WarnOfUnknownClasses(options.classes);
   if (options.all_classes) {
     for (const standin::SchemaClass& known : standin::Schema()) {
