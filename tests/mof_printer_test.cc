@@ -15,7 +15,6 @@
 namespace {
 
 using Json = nlohmann::ordered_json;
-using NKVXHMZ20::TCIMDateTime;
 using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 

@@ -23,6 +23,7 @@ class PluginLoad : public testing::Test {
   std::size_t Ask(standin::LoadedPlugin& plugin, const std::vector<std::string>& names) {
     const std::size_t before = repository_->GetCommitted().size();
     std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;
+    classes.reserve(names.size());
     for (const std::string& name : names) classes.push_back(repository_->GetOrDeclareClass(name));
     plugin.GetQueries().GetData(repository_, classes);
     return repository_->GetCommitted().size() - before;
