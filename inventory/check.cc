@@ -1,10 +1,12 @@
 #include "inventory/check.h"
 
 #include <algorithm>
+#include <iostream>
 
 #include "inventory/display.h"
 #include "inventory/health.h"
 #include "inventory/machine.h"
+#include "inventory/terminal.h"
 
 namespace {
 
@@ -84,9 +86,7 @@ CheckStatus PrintCheck(const Report& report, OutputFile& output) {
   if (machine.controllers.empty()) unknown += "no controller was found; ";
 
   CheckStatus status = kCheckOk;
-  std::string text = Counted(machine.controllers.size(), "controller") + ", " +
-                     Counted(machine.CountLogicalDrives(), "logical drive") + ", " +
-                     Counted(machine.CountDevices(), "device") + ", all fine";
+  std::string text = machine.DescribeCounts() + ", all fine";
   if (!health.findings.empty()) {
     status = health.critical > 0 ? kCheckCritical : kCheckWarning;
     text = Describe(health.findings, health.critical);
@@ -100,4 +100,9 @@ CheckStatus PrintCheck(const Report& report, OutputFile& output) {
   return status;
 }
 
-std::string UnknownLine(const std::string& why) { return Line(kCheckUnknown, why, ""); }
+int Refuse(const std::string& why, bool is_check, int exit_status) {
+  Complain(why);
+  if (!is_check) return exit_status;
+  std::cout << Line(kCheckUnknown, why, "") << std::flush;
+  return kCheckUnknown;
+}

@@ -20,7 +20,8 @@ enum CheckStatus : int {
 /// found.
 CheckStatus PrintCheck(const Report& report, OutputFile& output);
 
-/// The line of a check that could not be made.
-std::string UnknownLine(const std::string& why);
+/// Says on standard error why nothing can be answered; a check has its line on standard output all
+/// the same. Returns how to end: with `exit_status`, or as an unknown check.
+int Refuse(const std::string& why, bool is_check, int exit_status);
 
 #endif  // INVENTORY_CHECK_H_

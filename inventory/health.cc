@@ -116,7 +116,8 @@ class Assessor {
   Wrongs AssessOwn(const Controller& controller, std::size_t failed, std::size_t degraded,
                    std::size_t rebuilding) {
     Wrongs wrongs;
-    if (!IsFineOrMissing(controller.status, {"okay", "optimal"})) {
+    // A controller is okay in the words in which a drive is; kelvcmd's report no state.
+    if (!controller.status.empty()) {
       wrongs.Add(JudgeLogicalDrive(controller.status), controller.status);
     }
     if (controller.shares_number) {

@@ -366,8 +366,8 @@ EventWords ReadWords(const StoredInstance& instance, const char* property) {
   const std::size_t shown = std::min(kLastEntries, words.count);
   for (std::size_t i = words.count - shown; i < words.count; ++i) {
     char text[16];
-    std::snprintf(text, sizeof text, " %08X", elements[i].GetNumber());
-    words.last += text;
+    std::snprintf(text, sizeof text, "%08X", elements[i].GetNumber());
+    words.last.emplace_back(text);
   }
   return words;
 }
@@ -501,6 +501,11 @@ std::size_t Machine::CountDevices() const {
   std::size_t count = 0;
   for (const Controller& controller : controllers) count += controller.devices.size();
   return count;
+}
+
+std::string Machine::DescribeCounts() const {
+  return Counted(controllers.size(), "controller") + ", " +
+         Counted(CountLogicalDrives(), "logical drive") + ", " + Counted(CountDevices(), "device");
 }
 
 Machine ReadMachine(const Report& report) { return Reader().Read(report); }

@@ -46,7 +46,7 @@ struct DriveGroup {
 
 struct EventWords {
   std::size_t count = 0;
-  std::string last;  ///< Some of the last, in hexadecimal.
+  std::vector<std::string> last;  ///< The last few, in hexadecimal, oldest first.
 };
 
 struct ManagerEvent {
@@ -107,6 +107,8 @@ struct Machine {
 
   std::size_t CountLogicalDrives() const;
   std::size_t CountDevices() const;
+  /// "2 controllers, 5 logical drives, 1 device"
+  std::string DescribeCounts() const;
 };
 
 /// Reads the instances of the last pass (of the manager's events all, as each pass goes on where

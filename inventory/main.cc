@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <iostream>
 #include <optional>
 
 #include "inventory/check.h"
@@ -43,14 +42,6 @@ void ResetSignals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Nothing can be printed where it was asked for. Returns the exit status.
-int Refuse(const Options& options, int exit_status, const std::string& why) {
-  Complain(why);
-  if (options.format != Format::kCheck) return exit_status;
-  std::cout << UnknownLine(why) << std::flush;
-  return kCheckUnknown;
-}
-
 /// Returns the exit status, which only a check has a say in.
 int Print(const Options& options, const Report& report, OutputFile& output) {
   switch (options.format) {
@@ -76,23 +67,24 @@ int Print(const Options& options, const Report& report, OutputFile& output) {
 }
 
 int Run(const Options& options) {
+  const bool is_check = options.format == Format::kCheck;
   OutputFile output(options.output);
   if (!output.GetError().empty()) {
-    return Refuse(options, kExitOutput,
-                  "cannot write " + options.output.string() + ": " + output.GetError());
+    return Refuse("cannot write " + options.output.string() + ": " + output.GetError(), is_check,
+                  kExitOutput);
   }
   LogFile log(options.log);
   if (!log.GetError().empty()) {
-    return Refuse(options, kExitOutput,
-                  "cannot write " + options.log.string() + ": " + log.GetError());
+    return Refuse("cannot write " + options.log.string() + ": " + log.GetError(), is_check,
+                  kExitOutput);
   }
 
   if (!options.root.empty()) {
     std::error_code error;
     std::filesystem::current_path(options.root, error);
     if (error) {
-      return Refuse(options, kExitUsage,
-                    "cannot work in " + options.root.string() + ": " + error.message());
+      return Refuse("cannot work in " + options.root.string() + ": " + error.message(), is_check,
+                    kExitUsage);
     }
   }
 
@@ -142,6 +134,6 @@ int main(int argc, char** argv) {
     CleanUpOnSignals();
     return Run(*options);
   } catch (const std::exception& error) {
-    return Refuse(options.value_or(Options{}), kExitFailed, error.what());
+    return Refuse(error.what(), options && options->format == Format::kCheck, kExitFailed);
   }
 }

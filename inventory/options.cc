@@ -57,19 +57,16 @@ std::nullopt_t Answer(const std::string& text, int& exit_status) {
   return std::nullopt;
 }
 
-/// A monitoring system reads the exit status in its own way, and one line of standard output.
-std::nullopt_t Refuse(const std::string& why, std::span<const char* const> arguments,
-                      int& exit_status) {
-  Complain(why);
+/// The command line is wrong. What could be read of it does not count: a check may have been asked
+/// for behind the fault.
+std::nullopt_t RefuseUsage(const std::string& why, std::span<const char* const> arguments,
+                           int& exit_status) {
+  const bool is_check =
+      std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
+        return argument == "--check" || argument.starts_with("--check=");
+      });
+  exit_status = Refuse(why, is_check, kExitUsage);
   std::cerr << "Try '" << kProgramName << " --help' for the options.\n";
-  exit_status = kExitUsage;
-  const auto is_check = [](std::string_view argument) {
-    return argument == "--check" || argument.starts_with("--check=");
-  };
-  if (std::any_of(arguments.begin(), arguments.end(), is_check)) {
-    std::cout << UnknownLine(why) << std::flush;
-    exit_status = kCheckUnknown;
-  }
   return std::nullopt;
 }
 
@@ -160,15 +157,15 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
     app.exit(done);
     return Answer("", exit_status);
   } catch (const CLI::ParseError& error) {
-    return Refuse(error.what(), arguments, exit_status);
+    return RefuseUsage(error.what(), arguments, exit_status);
   }
   options.all_classes = options.classes.empty();
   const bool has_format = format->count() > 0;
   if (check && (has_format || !options.all_classes)) {
-    return Refuse("--check goes with neither --format nor classes", arguments, exit_status);
+    return RefuseUsage("--check goes with neither --format nor classes", arguments, exit_status);
   }
   if (list && (check || has_format || output->count() > 0 || !options.all_classes)) {
-    return Refuse("--list stands alone", arguments, exit_status);
+    return RefuseUsage("--list stands alone", arguments, exit_status);
   }
   if (list) return Answer(ClassList(), exit_status);
 
@@ -184,7 +181,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
     *path = Absolute(*path);
   }
   if (!options.log.empty() && options.log == options.output) {
-    return Refuse("--log and --output name the same file", arguments, exit_status);
+    return RefuseUsage("--log and --output name the same file", arguments, exit_status);
   }
   return options;
 }

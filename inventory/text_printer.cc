@@ -55,10 +55,7 @@ class TextPrinter {
       attention += "; not all was collected";
       tint = std::max(tint, Tint::kWarning);
     }
-    const std::string text = Readable(report_.host) + ": " +
-                             Counted(machine_.controllers.size(), "controller") + ", " +
-                             Counted(machine_.CountLogicalDrives(), "logical drive") + ", " +
-                             Counted(machine_.CountDevices(), "device") + ";";
+    const std::string text = Readable(report_.host) + ": " + machine_.DescribeCounts() + ";";
     writer_.Flow({}, "  ", {{text, Tint::kStrong}, {attention, tint}}, " ");
     if (count > 0) writer_.Line();
     for (const Finding& finding : health.findings) {
@@ -249,11 +246,10 @@ class TextPrinter {
     for (const auto& [name, words] :
          {std::pair{"Soft", &controller.soft}, std::pair{"Hard", &controller.hard}}) {
       if (words->count == 0) continue;
-      const auto shown =
-          static_cast<std::size_t>(std::count(words->last.begin(), words->last.end(), ' '));
-      writer_.FlowWords(
-          {{std::string("  ") + name + " event log, " + Heading(words->count, shown)}}, "    ",
-          words->last);
+      std::vector<Span> pieces = {
+          {std::string(name) + " event log, " + Heading(words->count, words->last.size())}};
+      for (const std::string& word : words->last) pieces.push_back({word});
+      writer_.Flow({{"  "}}, "    ", pieces, " ");
     }
   }
 
