@@ -11,11 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "inventory/check.h"
-#include "inventory/collection.h"
-#include "inventory/json_printer.h"
-#include "inventory/mof_printer.h"
-#include "inventory/text_printer.h"
+#include "inventory/command/collection.h"
+#include "inventory/command/output_file.h"
+#include "inventory/print/check_line.h"
+#include "inventory/print/json_printer.h"
+#include "inventory/print/mof_printer.h"
+#include "inventory/print/text_report.h"
 #include "standin/host_services.h"
 #include "standin/schema.h"
 

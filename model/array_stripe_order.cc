@@ -1,8 +1,8 @@
 #include "model/array_stripe_order.h"
 
-#include "model/display.h"
-#include "model/identifiers.h"
+#include "model/display_fields.h"
 #include "model/markers.h"
+#include "model/record_identifiers.h"
 #include "model/text.h"
 
 namespace {

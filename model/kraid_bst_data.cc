@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "model/display.h"
+#include "model/display_fields.h"
 #include "model/text.h"
 
 void KRaidBstData::SetConfigData(CollectedData* cursor, const std::string& controller_num) {

@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "model/array_stripe_order.h"
-#include "model/display.h"
-#include "model/identifiers.h"
+#include "model/display_fields.h"
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_event_ddd_data.h"
@@ -13,6 +12,7 @@
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
 #include "model/label_row.h"
+#include "model/record_identifiers.h"
 #include "model/text.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "hmz/os_specific.h"
 #include "model/bar_row.h"
-#include "model/display.h"
+#include "model/display_fields.h"
 
 void KRaidEventData::SetConfigData(CollectedData* cursor, const std::string& controller_num) {
   using E = KRaidEventData;

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "model/bar_row.h"
-#include "model/display.h"
+#include "model/display_fields.h"
 
 void KRaidEventDddData::SetConfigData(CollectedData* cursor, const std::string& controller_num,
                                       int record_num) {

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "model/display.h"
+#include "model/display_fields.h"
 #include "model/markers.h"
 #include "model/text.h"
 

@@ -1,6 +1,6 @@
 #include "model/kraid_logical_device.h"
 
-#include "model/display.h"
+#include "model/display_fields.h"
 #include "model/label_row.h"
 #include "model/markers.h"
 #include "model/text.h"

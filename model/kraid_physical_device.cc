@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "model/display.h"
-#include "model/identifiers.h"
+#include "model/display_fields.h"
+#include "model/record_identifiers.h"
 #include "model/text.h"
 
 void KRaidPhysicalDevice::ReadTypeLine(CollectedData& cursor) {

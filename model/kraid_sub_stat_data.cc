@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "hmz/os_specific.h"
-#include "model/identifiers.h"
+#include "model/record_identifiers.h"
 #include "model/text.h"
 
 void KRaidSubStatData::SetConfigData(CollectedData* cursor, const std::string& /*controller_num*/) {

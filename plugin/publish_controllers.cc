@@ -1,5 +1,5 @@
 #include "hmz/exception.h"
-#include "model/identifiers.h"
+#include "model/record_identifiers.h"
 #include "plugin/publishers.h"
 
 namespace {

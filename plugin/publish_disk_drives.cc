@@ -1,5 +1,5 @@
 #include "model/kraid_physical_device.h"
-#include "plugin/identifiers.h"
+#include "plugin/instance_identifiers.h"
 #include "plugin/publishers.h"
 
 namespace {

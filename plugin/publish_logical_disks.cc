@@ -1,6 +1,6 @@
 #include "model/array_stripe_order.h"
 #include "model/kraid_logical_device.h"
-#include "plugin/identifiers.h"
+#include "plugin/instance_identifiers.h"
 #include "plugin/publishers.h"
 
 namespace {

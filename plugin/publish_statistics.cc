@@ -1,12 +1,12 @@
 // Bad stripes, counters and transfer statistics, and the disks that they tell of.
 
-#include "model/identifiers.h"
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
+#include "model/record_identifiers.h"
 #include "model/text.h"
-#include "plugin/identifiers.h"
+#include "plugin/instance_identifiers.h"
 #include "plugin/instance_index.h"
 #include "plugin/publishers.h"
 

@@ -4,7 +4,7 @@
 
 #include "model/kraid_physical_device.h"
 #include "model/text.h"
-#include "plugin/identifiers.h"
+#include "plugin/instance_identifiers.h"
 #include "plugin/instance_index.h"
 #include "plugin/publishers.h"
 

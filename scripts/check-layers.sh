@@ -1,20 +1,45 @@
 #!/bin/sh
-# Fails when a source file includes what stands above it: the plug-in must not see the stand-in host
-# or the command, and parsers must not see collectors or publishing.
+# Fails when a source file includes what stands above it or beside it, and when two files share a
+# name. Each row: a folder, and the only folders whose headers its files may include.
 set -eu
 cd "$(dirname "$0")/.."
 status=0
-forbid() {  # forbid INCLUDED_FOLDERS IN_FOLDERS...
-  folders=$1
+
+may_include() {  # may_include FOLDER HEADER_PATTERN...
+  folder=$1
   shift
-  if git grep -nE "^#include \"($folders)/" -- "$@"; then
-    echo "check-layers: not allowed in $*: $folders" >&2
+  allowed=$(printf '%s|' "$folder/" "$@")
+  if git grep -nE '^#include "' -- "$folder/*.cc" "$folder/*.h" |
+      grep -vE "#include \"(${allowed%|})"; then
+    echo "check-layers: not for $folder/ to see (it may include: $*)" >&2
     status=1
   fi
 }
-forbid 'host|standin|inventory' plugin collect model raidmgr
-forbid 'plugin|collect|raidmgr' model
-forbid 'plugin|raidmgr' collect
-forbid 'plugin' raidmgr
-forbid 'plugin|collect|model|raidmgr' inventory host
+
+# The plug-in, and what a host is.
+may_include host/include hmz/
+may_include host/standin hmz/ standin/
+texts='schema/published_texts\.h'
+may_include model hmz/ $texts
+may_include collect hmz/ $texts model/
+may_include raidmgr hmz/ $texts model/ collect/
+may_include plugin hmz/ $texts model/ collect/ raidmgr/
+
+# The command: what was committed and the schema may be seen by all of it, processes by its top.
+data='standin/(repository|schema)\.h'
+base=inventory/base/
+machine=inventory/machine/
+print=inventory/print/
+may_include inventory/base hmz/ "$data"
+may_include inventory/machine hmz/ "$data" $texts $base
+may_include inventory/print hmz/ "$data" $base $machine
+may_include inventory/command hmz/ standin/ $texts $base $machine $print
+
+# Data may: a recording's files are named by the commands of the tools.
+same=$(git ls-files '*.cc' '*.h' '*.sh' '*.md' ':!demo' ':!tests/machines' | grep -v '/README\.md$' |
+  sed 's,.*/,,' | sort | uniq -d)
+if [ -n "$same" ]; then
+  echo "check-layers: more than one file has the name" $same >&2
+  status=1
+fi
 exit $status

@@ -56,8 +56,6 @@ class RecordingClass final : public ICIMClass, public ICIMInstance {
   std::vector<std::pair<std::string, std::string>> calls;
 };
 
-constexpr char kData[] = KRAID_SOURCE_DIR "/tests/data/";
-
 class Publishing : public testing::Test {
  protected:
   /// The calls that publishing this class makes: the name or the property, and the value.
@@ -77,20 +75,21 @@ class Publishing : public testing::Test {
 
 TEST_F(Publishing, SetsAllPropertiesInTheirOrder) {
   // One of everything, each label as short as it may be, each value in one place only.
-  host_.Load("");
+  host_.Load("one_of_each");
   collector_.InitData();
-  CollectRaidMgrData manager_log(nullptr, std::string(kData) + "manager/");
+  CollectRaidMgrData manager_log(nullptr, ManagerFolder("one_of_each"));
+  const std::string folder = MachineFolder("one_of_each").string() + "/";
   std::string settings;
   for (const DispatchEntry& entry : DispatchList()) {
     settings += std::string(entry.class_name) + "\n";
     for (auto [name, value] : CallsOf(entry.class_name, manager_log)) {
-      if (value.starts_with(kData)) value.erase(0, sizeof kData - 1);
+      if (value.starts_with(folder)) value.erase(0, folder.size());
       settings.append("  ").append(name).append(" ");
       for (const char c : value) c == '\n' ? settings.append("\\n") : settings.append(1, c);
       settings += "\n";
     }
   }
-  CompareGolden("every_property.txt", settings);
+  CompareExpected("one_of_each/host_calls.txt", settings);
 
   testing::internal::CaptureStdout();
   for (const KRaidController* controller : collector_.GetControllers()) {
@@ -104,11 +103,11 @@ TEST_F(Publishing, SetsAllPropertiesInTheirOrder) {
     for (const auto* record : controller->GetSubStatData()) record->DisplayAll();
     if (controller->GetEventSoftData() != nullptr) controller->GetEventSoftData()->DisplayAll();
   }
-  CompareGolden("display.txt", testing::internal::GetCapturedStdout());
+  CompareExpected("one_of_each/display_all.txt", testing::internal::GetCapturedStdout());
 }
 
 TEST_F(Publishing, PublishesTheManagersEventsAcrossRequests) {
-  CollectRaidMgrData manager_log(nullptr, std::string(kData) + "manager/");
+  CollectRaidMgrData manager_log(nullptr, ManagerFolder("one_of_each"));
   const auto request = [&] {
     std::string messages;
     for (const auto& [name, value] : CallsOf("KVXSG_LogRecord_RAIDMgrEvent", manager_log)) {
@@ -125,7 +124,7 @@ TEST_F(Publishing, PublishesTheManagersEventsAcrossRequests) {
 
 TEST_F(Publishing, LogsWhichRawOutputsThereAreNotAndPublishesNullForNoLines) {
   const std::string raw_data = "KVXSG_krRawData";
-  CollectRaidMgrData empty_log(nullptr, std::string(kData) + "manager without entries/");
+  CollectRaidMgrData empty_log(nullptr, ManagerFolder("silent_manager"));
   EXPECT_TRUE(CallsOf(raw_data, empty_log).empty());
   EXPECT_EQ(host_.log, (Texts{"3|KraidRawDataVector is empty: inside KrPlugin",
                               "3|RaidMgrLog is empty: inside KrPlugin"}));
@@ -139,7 +138,7 @@ TEST_F(Publishing, LogsWhichRawOutputsThereAreNotAndPublishesNullForNoLines) {
 }
 
 TEST_F(Publishing, PassesOverOtherNamesWithoutAWord) {
-  host_.Load("");
+  host_.Load("one_of_each");
   collector_.InitData();
   for (const char* name :
        {"KVXSG_DiskGroup", "KVXSG_krDriveInDiskGroup", "KVXSG_krExtenInDiskGroup",

@@ -8,7 +8,7 @@
 
 #include "hmz/exception.h"
 #include "standin/host_services.h"
-#include "tests/golden.h"
+#include "tests/machine_files.h"
 
 /// The least that a kelvcmd "getconfig" has to print for its controller to be published.
 inline constexpr char kMinimalConfig[] =
@@ -41,16 +41,8 @@ class FakeHost {
   FakeHost(const FakeHost&) = delete;
   FakeHost& operator=(const FakeHost&) = delete;
 
-  /// Has the tools print what the files of a folder below tests/data hold, each named by its
-  /// command line.
-  void Load(const std::string& folder) {
-    outputs.clear();
-    for (const auto& file :
-         std::filesystem::directory_iterator(KRAID_SOURCE_DIR "/tests/data/" + folder)) {
-      if (!file.is_regular_file()) continue;
-      outputs["./kraid/" + file.path().filename().string()] = ReadFile(file.path());
-    }
-  }
+  /// Has the tools print what they print on a machine of the tests.
+  void Load(const std::string& machine) { outputs = ToolOutputs(machine); }
 
   /// What a command line prints; one that is not here fails.
   std::map<std::string, std::string> outputs;

@@ -16,7 +16,7 @@
 #include <set>
 #include <sstream>
 
-#include "tests/golden.h"
+#include "tests/machine_files.h"
 
 namespace {
 
@@ -171,7 +171,7 @@ TEST_F(Inventory, OfTheSampleMachineIsAsItWas) {
     }
   }
   EXPECT_GE(raw_outputs, 64 + 16 + 8);
-  CompareGolden("sample_machine.json", text);
+  CompareExpected("sample/inventory.json", text);
 }
 
 TEST_F(Inventory, AssociatesWhatWasCommittedBefore) {
@@ -522,7 +522,7 @@ TEST_F(Inventory, OfTheSampleMachineHoldsItsManagersEvents) {
     }
     text += "\n";
   }
-  CompareGolden("manager_events.txt", text);
+  CompareExpected("sample/manager_events.txt", text);
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
-#include "inventory/json_printer.h"
+#include "inventory/print/json_printer.h"
 
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 
-#include "hmz/exception.h"
-#include "inventory/log_file.h"
-#include "inventory/tool_monitor.h"
 #include "tests/print_to.h"
 
 namespace {
@@ -16,7 +13,7 @@ using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
 std::string Print(const Report& report) {
-  return Printed([&](OutputFile& output) { PrintJson(report, output); });
+  return Printed([&](Sink& output) { PrintJson(report, output); });
 }
 
 TEST(JsonPrinter, WritesEveryKindOfValue) {
@@ -97,35 +94,6 @@ TEST(JsonPrinter, OfNothingIsADocument) {
   const auto document = nlohmann::json::parse(Print({"h", 0, {}, repository}));
   EXPECT_TRUE(document["problems"].empty() && document["problems"].is_array());
   EXPECT_TRUE(document["instances"].empty() && document["instances"].is_array());
-}
-
-TEST(LogFile, HasOneLineForEachMessage) {
-  const std::string path = testing::TempDir() + "kraid-log";
-  LogFile log(path);
-  log.Write(3, "first\\line\nsecond\ttab");
-  log.Write(-1, "");
-  EXPECT_EQ(ReadFile(path), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
-  EXPECT_EQ(log.GetError(), "");
-}
-
-TEST(ToolMonitor, CountsTheFailuresOfEachToolByReason) {
-  standin::ProcessLimits limits;
-  limits.time = std::chrono::milliseconds(200);
-  limits.grace = std::chrono::milliseconds(200);
-  ToolMonitor tools(limits, false);
-  EXPECT_EQ(tools.Run("/bin/sh", {"-c", "echo fine; exit 7"}), "fine\n");
-  for (const char* script : {"kill -9 $$", "sleep 5", "kill -9 $$"}) {
-    EXPECT_THROW(tools.Run("/bin/sh", {"-c", script}), NKVXHMZ20::THMZException);
-  }
-  EXPECT_THROW(tools.Run("./absent", {"x"}), NKVXHMZ20::THMZException);
-  EXPECT_EQ(tools.GetLastRun(), "./absent x");
-  const std::vector<Problem> problems = tools.GetProblems();
-  ASSERT_EQ(problems.size(), 2U);
-  EXPECT_EQ(problems[0].what, "/bin/sh");
-  EXPECT_TRUE(problems[0].why.starts_with("3 of 4 runs failed: was ended by signal 9"))
-      << problems[0].why;
-  EXPECT_NE(problems[0].why.find(" (2); was stopped after"), std::string::npos) << problems[0].why;
-  EXPECT_EQ(problems[1].why, "1 of 1 runs failed: cannot be started: No such file or directory");
 }
 
 }  // namespace

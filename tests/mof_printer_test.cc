@@ -1,4 +1,4 @@
-#include "inventory/mof_printer.h"
+#include "inventory/print/mof_printer.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "inventory/json_printer.h"
+#include "inventory/print/json_printer.h"
 #include "standin/schema.h"
 #include "tests/mof_reader.h"
 #include "tests/print_to.h"
-#include "tests/sample_machine.h"
+#include "tests/publish_machine.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
 std::string Print(const Report& report) {
-  return Printed([&](OutputFile& output) { PrintMof(report, output); });
+  return Printed([&](Sink& output) { PrintMof(report, output); });
 }
 
 MofDocument Read(const std::string& mof) {
@@ -228,7 +228,7 @@ TEST(MofPrinter, HoldsOfTheSampleMachineWhatTheJsonHolds) {
   const auto repository = PublishSampleMachine();
   const Report report{"h", 0, {}, *repository};
   const MofDocument mof = Read(Print(report));
-  const Json json = Json::parse(Printed([&](OutputFile& output) { PrintJson(report, output); }));
+  const Json json = Json::parse(Printed([&](Sink& output) { PrintJson(report, output); }));
   EXPECT_GT(mof.instances.size(), 300U);
   Expected(json, mof).Compare();
 }

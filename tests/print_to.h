@@ -1,28 +1,27 @@
 #ifndef TESTS_PRINT_TO_H_
 #define TESTS_PRINT_TO_H_
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "inventory/output_file.h"
+#include "inventory/base/sink.h"
 #include "standin/repository.h"
-#include "tests/golden.h"
 
-/// What `print` writes to the OutputFile that it is given.
+/// Keeps what is written.
+class StringSink final : public Sink {
+ public:
+  void Write(std::string_view written) override { text += written; }
+  std::string text;
+};
+
+/// What `print` writes to the sink that it is given.
 template <class Print>
 std::string Printed(const Print& print) {
-  std::string pattern = testing::TempDir() + "kraid-XXXXXX";
-  const std::filesystem::path folder = mkdtemp(pattern.data());
-  OutputFile output(folder / "printed");
-  print(output);
-  output.Finish();
-  EXPECT_EQ(output.GetError(), "");
-  std::string text = ReadFile(folder / "printed");
-  std::filesystem::remove_all(folder);
-  return text;
+  StringSink sink;
+  print(sink);
+  return std::move(sink.text);
 }
 
 using Properties = std::vector<std::pair<std::string, NKVXHMZ20::TCIMValue>>;

@@ -18,7 +18,7 @@
 #include <thread>
 #include <tuple>
 
-#include "tests/golden.h"
+#include "tests/machine_files.h"
 
 namespace {
 

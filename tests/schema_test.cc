@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "tests/mof_reader.h"
-#include "tests/sample_machine.h"
+#include "tests/publish_machine.h"
 
 namespace {
 

@@ -1,0 +1,38 @@
+#ifndef INVENTORY_BASE_READABLE_H_
+#define INVENTORY_BASE_READABLE_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Text from elsewhere as valid UTF-8: bytes that are none become U+FFFD, as in the JSON document.
+std::string ValidUtf8(std::string text);
+
+/// What becomes of the white space of a text that is made fit for a terminal.
+enum class Layout {
+  kLines,    ///< Tabs and line ends stay.
+  kOneLine,  ///< Tabs stay, line ends are control characters.
+  kBlanks,   ///< Tabs, line ends and form feeds become blanks.
+};
+
+/// Text from elsewhere, fit for a terminal: valid UTF-8, and "?" for each control character of
+/// ASCII and of the second set, U+0080 to U+009F. All that reaches a terminal passes here.
+std::string Sanitized(std::string text, Layout layout);
+
+/// Text from elsewhere, fit to be read: Sanitized, trimmed, each run of blanks and line ends as one
+/// blank.
+std::string Readable(std::string text);
+
+/// As Readable, for a line whose columns matter: blanks stay, but for those at the end.
+std::string ReadableLine(std::string text);
+
+/// "1 device", "2 devices"
+std::string Counted(std::size_t count, const std::string& noun);
+
+/// With the ASCII letters in lower case.
+std::string Lower(std::string_view text);
+
+/// How many columns a text of Readable takes.
+std::size_t WidthOf(std::string_view text);
+
+#endif  // INVENTORY_BASE_READABLE_H_

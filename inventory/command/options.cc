@@ -1,0 +1,187 @@
+#include "inventory/command/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <map>
+#include <span>
+#include <string_view>
+
+#include "inventory/base/program.h"
+#include "inventory/command/class_list.h"
+#include "inventory/command/exit_status.h"
+#include "inventory/command/terminal.h"
+#include "standin/schema.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kFooter[] =
+    "\nExit status: 0 the plug-in answered, even with no controller; 1 the plug-in or the host\n"
+    "threw (what had been committed is printed all the same); 2 the command line is wrong; 3 the\n"
+    "output could not be written. With --check: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN.\n"
+    "\nExamples:\n"
+    "  kraid-inventory                                    what is in this machine, what is broken\n"
+    "  kraid-inventory --root /srv/tools --check          for monitoring; tools in "
+    "/srv/tools/kraid\n"
+    "  kraid-inventory --format json KVXSG_krDiskDrive    the disk drives, for programs\n";
+
+constexpr std::pair<const char*, Format> kFormats[] = {
+    {"text", Format::kText}, {"json", Format::kJson}, {"mof", Format::kMof}};
+constexpr std::pair<const char*, Color> kColors[] = {
+    {"auto", Color::kAuto}, {"always", Color::kAlways}, {"never", Color::kNever}};
+
+/// An option whose value is one of a few words.
+template <class Value, std::size_t kCount>
+CLI::Option* AddChoice(CLI::App& app, const char* name, Value& value,
+                       const std::pair<const char*, Value> (&choices)[kCount],
+                       const char* description) {
+  std::string words;
+  for (const auto& choice : choices) words.append(words.empty() ? "" : "|").append(choice.first);
+  const auto read = [&value, &choices, name, words](const std::string& word) {
+    for (const auto& choice : choices) {
+      if (word == choice.first) {
+        value = choice.second;
+        return;
+      }
+    }
+    throw CLI::ValidationError(name, "\"" + word + "\" is none of " + words);
+  };
+  return app.add_option_function<std::string>(name, read, description)->type_name(words);
+}
+
+/// Nothing else than an answer is asked for: prints it.
+std::nullopt_t Answer(const std::string& text, int& exit_status) {
+  exit_status = std::cout << text << std::flush ? kExitAnswered : kExitOutput;
+  return std::nullopt;
+}
+
+/// The command line is wrong. What could be read of it does not count: a check may have been asked
+/// for behind the fault.
+std::nullopt_t RefuseUsage(const std::string& why, std::span<const char* const> arguments,
+                           int& exit_status) {
+  const bool is_check =
+      std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
+        return argument == "--check" || argument.starts_with("--check=");
+      });
+  exit_status = Refuse(why, is_check, kExitUsage);
+  std::cerr << "Try '" << kProgramName << " --help' for the options.\n";
+  return std::nullopt;
+}
+
+void WarnOfUnknownClasses(const std::vector<std::string>& classes) {
+  for (const std::string& name : classes) {
+    const std::string_view nearest = NearestClass(name);
+    if (name == nearest) continue;
+    Complain("the schema has no class " + name + "; did you mean " + std::string(nearest) + "?");
+  }
+}
+
+// Beside this program: the same place in the build tree and after installation.
+fs::path DefaultPlugin() {
+  std::error_code error;
+  const fs::path self = fs::read_symlink("/proc/self/exe", error);
+  return (self.parent_path() / "../lib/kraid-inventory/libkraid.pi.so").lexically_normal();
+}
+
+std::string CheckSeconds(const std::string& text) {
+  double seconds = 0;
+  // Written so that "nan" is refused, too.
+  if (CLI::detail::lexical_cast(text, seconds) && seconds >= 0.001 && seconds <= 1e6) return "";
+  return "\"" + text + "\" is no number of seconds from 0.001 to 1000000";
+}
+
+std::string CheckNotEmpty(const std::string& text) {
+  return text.empty() ? "the file's name is empty" : "";
+}
+
+fs::path Absolute(const fs::path& path) {
+  return path.empty() ? path : fs::absolute(path).lexically_normal();
+}
+
+}  // namespace
+
+std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status) {
+  Options options;
+  options.plugin = DefaultPlugin();
+  bool list = false;
+  bool check = false;
+  double tool_timeout_s = std::chrono::duration<double>(options.tool_timeout).count();
+
+  CLI::App app("Loads the KelvaRAID collector plug-in as a host does and prints what it reports.",
+               kProgramName);
+  app.footer(kFooter);
+  app.get_formatter()->column_width(26);
+  app.set_version_flag("--version", std::string(kProgramName) + " " + kProgramVersion);
+  app.add_option("CLASS", options.classes,
+                 "classes to ask for, in this order, repeats allowed; none: all of the schema")
+      ->type_name("");
+  app.add_option("--root", options.root,
+                 "work in this directory: the tools are DIR/kraid/... (default: the current one)")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory.description(""));
+  app.add_option("--plugin", options.plugin,
+                 "the plug-in to load (default: the one beside this program)")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile.description(""));
+  CLI::Option* const format =
+      AddChoice(app, "--format", options.format, kFormats,
+                "text, for people (the default); json; mof, for the schema kvxsg.mof");
+  AddChoice(app, "--color", options.color, kColors,
+            "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
+  app.add_flag("--check", check, "one line and the exit status for a monitoring system");
+  app.add_flag("--list", list, "list the classes of the schema");
+  CLI::Option* const output =
+      app.add_option("--output", options.output,
+                     "write there, whole or not at all (default: standard output)")
+          ->type_name("FILE")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
+  app.add_option("--log", options.log, "write the plug-in's log messages there")
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  app.add_option("--passes", options.passes,
+                 "ask so many times, as a long-running host does (default: 1)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1'000'000).description(""));
+  app.add_option("--tool-timeout", tool_timeout_s, "time limit of one tool run (default: 300)")
+      ->type_name("SECONDS")
+      ->check(CLI::Validator(CheckSeconds, ""));
+  app.add_flag("--verbose", options.verbose,
+               "show on standard error what the tools write to their standard error");
+
+  const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& done) {
+    app.exit(done);
+    return Answer("", exit_status);
+  } catch (const CLI::ParseError& error) {
+    return RefuseUsage(error.what(), arguments, exit_status);
+  }
+  options.all_classes = options.classes.empty();
+  const bool has_format = format->count() > 0;
+  if (check && (has_format || !options.all_classes)) {
+    return RefuseUsage("--check goes with neither --format nor classes", arguments, exit_status);
+  }
+  if (list && (check || has_format || output->count() > 0 || !options.all_classes)) {
+    return RefuseUsage("--list stands alone", arguments, exit_status);
+  }
+  if (list) return Answer(ClassList(), exit_status);
+
+  if (check) options.format = Format::kCheck;
+  WarnOfUnknownClasses(options.classes);
+  if (options.all_classes) {
+    for (const standin::SchemaClass& known : standin::Schema()) {
+      options.classes.emplace_back(known.name);
+    }
+  }
+  options.tool_timeout = std::chrono::milliseconds(static_cast<long long>(tool_timeout_s * 1000));
+  for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log}) {
+    *path = Absolute(*path);
+  }
+  if (!options.log.empty() && options.log == options.output) {
+    return RefuseUsage("--log and --output name the same file", arguments, exit_status);
+  }
+  return options;
+}

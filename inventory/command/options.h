@@ -1,0 +1,34 @@
+#ifndef INVENTORY_COMMAND_OPTIONS_H_
+#define INVENTORY_COMMAND_OPTIONS_H_
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "inventory/print/display.h"
+
+enum class Format { kText, kJson, kMof, kCheck };
+
+/// What the command line asks for. Paths are absolute: they do not change with --root.
+struct Options {
+  std::vector<std::string> classes;
+  bool all_classes = false;  // none was named
+  Format format = Format::kText;
+  Color color = Color::kAuto;
+  std::filesystem::path root;  // empty: stay here
+  std::filesystem::path plugin;
+  std::filesystem::path output;  // empty: standard output
+  std::filesystem::path log;     // empty: none
+  int passes = 1;
+  std::chrono::milliseconds tool_timeout{std::chrono::seconds{300}};
+  bool verbose = false;
+};
+
+/// Reads the command line. Returns nothing when there is nothing left to do: help or the version
+/// was asked for, or the command line is wrong and standard error says why (standard output, too,
+/// when a check was asked for); `exit_status` then tells how to end.
+std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status);
+
+#endif  // INVENTORY_COMMAND_OPTIONS_H_

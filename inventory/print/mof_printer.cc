@@ -1,0 +1,210 @@
+#include "inventory/print/mof_printer.h"
+
+#include <chrono>
+#include <cstdio>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "inventory/base/program.h"
+#include "inventory/base/readable.h"
+#include "standin/schema.h"
+
+namespace {
+
+using NKVXHMZ20::TCIMReference;
+using NKVXHMZ20::TCIMValue;
+using standin::StoredInstance;
+
+bool IsReference(const TCIMValue& value) {
+  return value.GetType().GetCode() == TCIMValue::kReference;
+}
+
+class MofPrinter {
+ public:
+  MofPrinter(const Report& report, Sink& output) : report_(report), output_(output) {
+    for (const standin::SchemaClass& known : standin::Schema()) classes_[known.name] = &known;
+  }
+
+  void Print() {
+    output_.Write(std::string("// Written by ") + kProgramName + " " KRAID_VERSION + " on " +
+                  Readable(report_.host) + ". It needs the schema, kvxsg.mof.\n");
+    for (const Problem& problem : report_.problems) {
+      output_.Write("// Not collected: " + Readable(problem.what + ": " + problem.why) + "\n");
+    }
+    const auto& committed = report_.repository.GetCommitted();
+    for (const auto& instance : committed) FindReferenced(*instance);
+    for (const bool associations : {false, true}) {
+      for (const auto& instance : committed) {
+        const auto found = classes_.find(*instance->class_name);
+        const bool is_association = found != classes_.end() && found->second->is_association;
+        if (is_association == associations) PrintInstance(*instance);
+      }
+    }
+  }
+
+ private:
+  void FindReferenced(const StoredInstance& instance) {
+    for (const standin::StoredProperty& property : instance.properties) {
+      if (IsReference(property.value)) aliases_[property.value.GetReference().ToString()];
+    }
+  }
+
+  /// Why a strict reader would refuse the instance; "" when it has no reason.
+  std::string FindObstacle(const StoredInstance& instance) const {
+    const auto found = classes_.find(*instance.class_name);
+    if (found == classes_.end()) return "the schema has no such class";
+    for (const std::string_view key : found->second->keys) {
+      const TCIMValue* value = instance.Find(std::string(key));
+      if (value == nullptr || value->IsNull()) return "it lacks a key";
+    }
+    for (const standin::StoredProperty& property : instance.properties) {
+      if (IsReference(property.value) && AliasOf(property.value).empty()) {
+        return "it refers to an instance that does not stand before it";
+      }
+    }
+    return "";
+  }
+
+  void PrintInstance(const StoredInstance& instance) {
+    output_.Write("\n");
+    if (const std::string obstacle = FindObstacle(instance); !obstacle.empty()) {
+      output_.Write("// Left out: an instance of " + Readable(*instance.class_name) + "; " +
+                    obstacle + ".\n");
+      return;
+    }
+    // The keys as they are written: two texts may differ in bytes that are not UTF-8 alone.
+    std::string written = *instance.class_name;
+    TCIMReference::Keys keys;
+    for (const std::string_view key : classes_.at(*instance.class_name)->keys) {
+      const TCIMValue* value = instance.Find(std::string(key));
+      keys.emplace_back(key, *value);
+      written.append(",").append(Literal(*value));
+    }
+    const bool is_first = printed_.insert(std::move(written)).second;
+    if (!is_first) output_.Write("// Its keys are those of an earlier instance.\n");
+
+    std::string alias;
+    const auto wanted =
+        aliases_.find(TCIMReference(nullptr, *instance.class_name, std::move(keys)).ToString());
+    if (wanted != aliases_.end() && wanted->second.empty()) {
+      wanted->second =
+          "$" + *instance.class_name + "_" + std::to_string(++alias_counts_[*instance.class_name]);
+      alias = " as " + wanted->second;
+    }
+    output_.Write("instance of " + *instance.class_name + alias + " {\n");
+    for (const standin::StoredProperty& property : instance.properties) PrintProperty(property);
+    output_.Write("};\n");
+  }
+
+  const std::string& AliasOf(const TCIMValue& value) const {
+    return aliases_.at(value.GetReference().ToString());
+  }
+
+  void PrintProperty(const standin::StoredProperty& property) {
+    const TCIMValue& value = property.value;
+    if (value.IsNull()) return;
+    if (!value.IsArray()) {
+      output_.Write("  " + *property.name + " = " + Literal(value) + ";\n");
+      return;
+    }
+    // Not every reader of MOF takes an empty pair of braces.
+    if (value.GetArray().empty()) {
+      output_.Write("  // " + *property.name + " is an empty array.\n");
+      return;
+    }
+    output_.Write("  " + *property.name + " = {");
+    const char* separator = "\n    ";
+    for (const TCIMValue& element : value.GetArray()) {
+      output_.Write(separator + Literal(element));
+      separator = ",\n    ";
+    }
+    output_.Write("};\n");
+  }
+
+  std::string Literal(const TCIMValue& value) const {
+    switch (value.GetType().GetCode()) {
+      case TCIMValue::kNull:
+        break;
+      case TCIMValue::kUint16:
+      case TCIMValue::kUint32:
+        return std::to_string(value.GetNumber());
+      case TCIMValue::kString:
+        return MofString(value.GetString());
+      case TCIMValue::kDateTime:
+        return "\"" + MofDateTime(value.GetDateTime().ToString()) + "\"";
+      case TCIMValue::kReference:
+        return AliasOf(value);
+    }
+    return "NULL";
+  }
+
+  const Report& report_;
+  Sink& output_;
+  std::map<std::string_view, const standin::SchemaClass*> classes_;
+  /// By path, of the instances that something refers to; "" as long as the instance is not printed.
+  std::unordered_map<std::string, std::string> aliases_;
+  std::unordered_map<std::string, int> alias_counts_;
+  std::unordered_set<std::string> printed_;  // by class and keys
+};
+
+}  // namespace
+
+void PrintMof(const Report& report, Sink& output) { MofPrinter(report, output).Print(); }
+
+std::string MofString(const std::string& text) {
+  static constexpr std::string_view kEscaped = "\b\t\n\f\r\"\\";
+  static constexpr std::string_view kLetters = "btnfr\"\\";
+  std::string literal = "\"";
+  const std::string valid = ValidUtf8(text);
+  for (std::size_t i = 0; i < valid.size(); ++i) {
+    const char c = valid[i];
+    auto code = static_cast<unsigned char>(c);
+    if (const auto escape = kEscaped.find(c); escape != std::string_view::npos) {
+      literal += '\\';
+      literal += kLetters[escape];
+      continue;
+    }
+    if (code == 0) {
+      literal += "\uFFFD";  // a MOF string holds no NUL, however it is written
+      continue;
+    }
+    // Of the characters of two bytes, those behind 0xC2 0x80 to 0x9F are controls.
+    const bool is_high = code == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
+    if (is_high) code = static_cast<unsigned char>(valid[++i]);
+    if (code < ' ' || code == 0x7F || is_high) {
+      char escape[16];
+      std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(code));
+      literal += escape;
+    } else {
+      literal += c;
+    }
+  }
+  return literal + "\"";
+}
+
+std::string MofDateTime(const std::string& text) {
+  if (text.size() != 25) return "**************.******+000";
+  const auto number = [&text](std::size_t at, std::size_t count) {
+    return static_cast<unsigned>(std::stoul(text.substr(at, count)));
+  };
+  const auto date =
+      std::chrono::year(static_cast<int>(number(0, 4))) / std::chrono::month(number(4, 2));
+  const struct {
+    std::size_t at;
+    bool is_possible;
+  } fields[] = {
+      {4, date.month().ok()},   {6, (date / std::chrono::day(number(6, 2))).ok()},
+      {8, number(8, 2) < 24},   {10, number(10, 2) < 60},
+      {12, number(12, 2) < 60},
+  };
+  std::string result = text;
+  for (const auto& field : fields) {
+    if (field.is_possible) continue;
+    for (std::size_t i = field.at; i < 21; ++i) {
+      if (result[i] != '.') result[i] = '*';
+    }
+    break;
+  }
+  return result;
+}

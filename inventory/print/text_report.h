@@ -1,0 +1,18 @@
+#ifndef INVENTORY_PRINT_TEXT_REPORT_H_
+#define INVENTORY_PRINT_TEXT_REPORT_H_
+
+#include <string>
+
+#include "inventory/base/report.h"
+#include "inventory/base/sink.h"
+#include "inventory/print/display.h"
+
+/// Writes the report for a person: what needs attention, then each controller with its tree of
+/// arrays, drives and devices and its logs, then the RAID manager's last events. `root` is where
+/// the tools were looked for, to be named when they found nothing.
+void PrintText(const Report& report, const std::string& root, const Display& display, Sink& output);
+
+/// Writes the instances themselves for a person, property by property, values in readable form.
+void PrintInstances(const Report& report, const Display& display, Sink& output);
+
+#endif  // INVENTORY_PRINT_TEXT_REPORT_H_
