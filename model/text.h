@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -14,7 +14,7 @@ inline bool Contains(std::string_view text, std::string_view words) {
 }
 
 /// Whether the text holds one of the words, anywhere.
-inline bool ContainsAny(std::string_view text, std::initializer_list<std::string_view> words) {
+inline bool ContainsAny(std::string_view text, std::span<const std::string_view> words) {
   return std::any_of(words.begin(), words.end(),
                      [text](std::string_view word) { return Contains(text, word); });
 }

@@ -1,11 +1,17 @@
 #include "plugin/dispatch.h"
 
+#include "plugin/associations.h"
 #include "plugin/publishers.h"
 
 namespace {
 
 /// Known on purpose to publish nothing: hosts ask for these classes and expect no instance.
 void PublishNothing(const PublishContext& /*context*/) {}
+
+template <const Association& kRow>
+void Associate(const PublishContext& context) {
+  PublishAssociations(context, kRow);
+}
 
 constexpr DispatchEntry kEntries[] = {
     {"KVXSG_krRawData", PublishRawData},
@@ -25,17 +31,17 @@ constexpr DispatchEntry kEntries[] = {
     {"KVXSG_krBootBlockVersion", PublishBootBlockVersions},
     {"KVXSG_krDiskDriveVersion", PublishDiskDriveVersions},
     {"KVXSG_krBiosVersion", PublishBiosVersions},
-    {"KVXSG_krProtocolControllerForUnit", PublishControllerForUnit},
-    {"KVXSG_krProtocolControllerForPhysicalDisk", PublishControllerForPhysicalDisk},
+    {"KVXSG_krProtocolControllerForUnit", Associate<kControllerForUnit>},
+    {"KVXSG_krProtocolControllerForPhysicalDisk", Associate<kControllerForPhysicalDisk>},
     {"KVXSG_krDriveInDiskGroup", PublishNothing},
     {"KVXSG_krExtenInDiskGroup", PublishNothing},
-    {"KVXSG_krStripeOrderForController", PublishStripeOrderForController},
-    {"KVXSG_krFirmwareOnController", PublishFirmwareOnController},
-    {"KVXSG_krBootBlockOnController", PublishBootBlockOnController},
-    {"KVXSG_krFirmwareOnDiskDrive", PublishFirmwareOnDiskDrive},
-    {"KVXSG_krBiosOnController", PublishBiosOnController},
-    {"KVXSG_ElementKrScsiDeviceData", PublishElementDeviceData},
-    {"KVXSG_ElementBadStripeData", PublishElementBadStripes},
+    {"KVXSG_krStripeOrderForController", Associate<kStripeOrderForController>},
+    {"KVXSG_krFirmwareOnController", Associate<kFirmwareOnController>},
+    {"KVXSG_krBootBlockOnController", Associate<kBootBlockOnController>},
+    {"KVXSG_krFirmwareOnDiskDrive", Associate<kFirmwareOnDiskDrive>},
+    {"KVXSG_krBiosOnController", Associate<kBiosOnController>},
+    {"KVXSG_ElementKrScsiDeviceData", Associate<kElementDeviceData>},
+    {"KVXSG_ElementBadStripeData", Associate<kElementBadStripes>},
 };
 
 }  // namespace

@@ -9,8 +9,8 @@ class KRaidLogicalDevice;
 class KRaidPhysicalDevice;
 
 // The identifiers that are made of records. Associations find their ends by identifiers, so each is
-// made in one place: here, or in model/identifiers.h where records need it. The pieces go in as
-// they are, every byte of them.
+// made in one place: here, or in model/record_identifiers.h where records need it. The pieces go in
+// as they are, every byte of them.
 
 /// "KelvaRAID1LD0"
 std::string LogicalDiskIdentifier(const KRaidController& controller,

@@ -1,13 +1,10 @@
-// Bad stripes, counters and transfer statistics, and the disks that they tell of.
+// Bad stripes, error counters and transfer statistics.
 
 #include "model/kraid_bst_data.h"
 #include "model/kraid_event_data.h"
-#include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
 #include "model/record_identifiers.h"
-#include "model/text.h"
 #include "plugin/instance_identifiers.h"
-#include "plugin/instance_index.h"
 #include "plugin/publishers.h"
 
 namespace {
@@ -59,19 +56,6 @@ constexpr PropertyRow<Child<S>> kSubStatRows[] = {
     {"Cur_Txer_p", OfRecord<&S::GetCur_Txer_PValue>},
 };
 
-/// The types of devices whose statistics are tied to them.
-bool HasStatistics(const std::string& device_type) {
-  return ContainsAny(device_type, {"Hard disk", "Hard drive", "Processor device", "Tape"});
-}
-
-void PublishStatisticsOf(const PublishContext& context, NKVXHMZ20::ICIMInstance& statistics,
-                         const TCIMValue& element_path) {
-  const auto association = context.cim_class->CreateInstance({});
-  association->SetPropertyValue("Stats", statistics.GetReference(), {});
-  association->SetPropertyValue("ManagedElement", element_path, {});
-  association->Commit({});
-}
-
 }  // namespace
 
 void PublishBadStripes(const PublishContext& context) {
@@ -84,36 +68,4 @@ void PublishDeviceData(const PublishContext& context) {
 
 void PublishSubStatData(const PublishContext& context) {
   PublishChildren(context, &KRaidController::GetSubStatData, kSubStatRows);
-}
-
-// Both texts are compared as they are. A device's SCSI ID has the blank before and the line end
-// behind it in the tool's output, that of the statistics has not: only devices without one meet.
-void PublishElementDeviceData(const PublishContext& context) {
-  const InstanceIndex drives(context, "KVXSG_krDiskDrive", {"DeviceID"});
-  const InstanceIndex statistics(context, "KVXSG_krSCSIDeviceData", {"InstanceID"});
-  for (const KRaidController* controller : context.collector.GetControllers()) {
-    for (const KRaidPhysicalDevice* device : controller->GetPhysicalDevices()) {
-      if (!HasStatistics(device->GetDeviceType())) continue;
-      NKVXHMZ20::ICIMInstance* drive = drives.First(DeviceIdentifier(*controller, *device));
-      if (drive == nullptr) continue;
-      const TCIMValue drive_path(drive->GetReference());
-      for (const auto& found : statistics.All(StatisticsIdentifier(
-               controller->GetControllerNum(), device->GetChannelNum(), device->GetScsiID()))) {
-        PublishStatisticsOf(context, *found, drive_path);
-      }
-    }
-  }
-}
-
-// Of the published instances alone. The numbers run together in the key: disk 12 of controller 1
-// meets the bad stripes of disk 2 of controller 11.
-void PublishElementBadStripes(const PublishContext& context) {
-  const InstanceIndex bad_stripes(context, "KVXSG_BadStripeData",
-                                  {"ControllerNum", "LogicalDrive"});
-  for (const auto& disk : CommittedInstances(context, "KVXSG_krLogicalDisk")) {
-    const TCIMValue disk_path(disk->GetReference());
-    for (const auto& found : bad_stripes.All(TextOf(*disk, {"ControllerNum", "LogicalDriveNum"}))) {
-      PublishStatisticsOf(context, *found, disk_path);
-    }
-  }
 }

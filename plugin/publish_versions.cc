@@ -1,11 +1,10 @@
-// Firmware, boot block and BIOS levels, and where they run.
+// Firmware, boot block and BIOS levels.
 
 #include <cstdint>
 
 #include "model/kraid_physical_device.h"
 #include "model/text.h"
 #include "plugin/instance_identifiers.h"
-#include "plugin/instance_index.h"
 #include "plugin/publishers.h"
 
 namespace {
@@ -62,38 +61,6 @@ const char* FirmwareName(const std::string& device_type) {
   return nullptr;
 }
 
-/// The types whose firmware is tied to its device.
-bool IsAssociated(const std::string& device_type) {
-  return ContainsAny(device_type,
-                     {"Hard disk", "Hard drive", "Processor device", "Enclosure", "Unknown"});
-}
-
-/// Associates the first instances with these texts; without one of them nothing is committed.
-void PublishRunsOn(const PublishContext& context, const InstanceIndex& dependents,
-                   const std::string& dependent_key, const InstanceIndex& antecedents,
-                   const std::string& antecedent_key) {
-  // Created before the ends are known, on purpose: hosts see it made and dropped.
-  const auto association = context.cim_class->CreateInstance({});
-  NKVXHMZ20::ICIMInstance* dependent = dependents.First(dependent_key);
-  NKVXHMZ20::ICIMInstance* antecedent = antecedents.First(antecedent_key);
-  if (dependent == nullptr || antecedent == nullptr) return;
-  association->SetPropertyValue("Dependent", dependent->GetReference(), {});
-  association->SetPropertyValue("Antecedent", antecedent->GetReference(), {});
-  association->Commit({});
-}
-
-void PublishRunsOnControllers(const PublishContext& context, const char* version_class,
-                              const char* key_property,
-                              std::string (*key)(const KRaidController&)) {
-  const InstanceIndex controllers(context, "KVXSG_krSCSIProtocolController", {"ControllerNum"});
-  const InstanceIndex versions(context, version_class, {key_property});
-  for (const KRaidController* controller : context.collector.GetControllers()) {
-    PublishRunsOn(context, controllers, controller->GetControllerNum(), versions, key(*controller));
-  }
-}
-
-std::string NumberOf(const KRaidController& controller) { return controller.GetControllerNum(); }
-
 }  // namespace
 
 void PublishFirmwareVersions(const PublishContext& context) {
@@ -118,31 +85,6 @@ void PublishDiskDriveVersions(const PublishContext& context) {
       if (name == nullptr || version.empty()) continue;
       PublishInstance(*context.cim_class, kRows,
                       Version{name, version, DeviceFirmwareIdentifier(*controller, *device)});
-    }
-  }
-}
-
-void PublishFirmwareOnController(const PublishContext& context) {
-  PublishRunsOnControllers(context, "KVXSG_krFirmwareVersion", "SoftwareElementID", NumberOf);
-}
-
-void PublishBootBlockOnController(const PublishContext& context) {
-  PublishRunsOnControllers(context, "KVXSG_krBootBlockVersion", "SoftwareElementID", NumberOf);
-}
-
-void PublishBiosOnController(const PublishContext& context) {
-  // By its name, unlike the two others.
-  PublishRunsOnControllers(context, "KVXSG_krBiosVersion", "Name", BiosName);
-}
-
-void PublishFirmwareOnDiskDrive(const PublishContext& context) {
-  const InstanceIndex drives(context, "KVXSG_krDiskDrive", {"DeviceID"});
-  const InstanceIndex versions(context, "KVXSG_krDiskDriveVersion", {"SoftwareElementID"});
-  for (const KRaidController* controller : context.collector.GetControllers()) {
-    for (const KRaidPhysicalDevice* device : controller->GetPhysicalDevices()) {
-      if (!IsAssociated(device->GetDeviceType())) continue;
-      PublishRunsOn(context, drives, DeviceIdentifier(*controller, *device), versions,
-                    DeviceFirmwareIdentifier(*controller, *device));
     }
   }
 }

@@ -3,7 +3,7 @@
 
 #include "plugin/publish.h"
 
-// One operation for each class that has instances; each commits all instances of its class.
+// One operation for each class that has instances of its own; each commits all of them.
 
 void PublishRawData(const PublishContext& context);
 void PublishControllers(const PublishContext& context);
@@ -21,17 +21,5 @@ void PublishFirmwareVersions(const PublishContext& context);
 void PublishBootBlockVersions(const PublishContext& context);
 void PublishDiskDriveVersions(const PublishContext& context);
 void PublishBiosVersions(const PublishContext& context);
-
-// Associations: their ends are what has been committed before.
-
-void PublishControllerForUnit(const PublishContext& context);
-void PublishControllerForPhysicalDisk(const PublishContext& context);
-void PublishStripeOrderForController(const PublishContext& context);
-void PublishFirmwareOnController(const PublishContext& context);
-void PublishBootBlockOnController(const PublishContext& context);
-void PublishFirmwareOnDiskDrive(const PublishContext& context);
-void PublishBiosOnController(const PublishContext& context);
-void PublishElementDeviceData(const PublishContext& context);
-void PublishElementBadStripes(const PublishContext& context);
 
 #endif  // PLUGIN_PUBLISHERS_H_

@@ -261,6 +261,26 @@ TEST(KraidCollectData, NumbersControllersOnButKeepsOutputsUnderTheNumbersOfTheTo
   EXPECT_EQ(ArcconfData(nullptr).GatherData("getconfig", "al", 4), kMinimalConfig);
 }
 
+TEST(KraidCollectData, CollectsRecordsThatDisplayAll) {
+  FakeHost host;
+  host.Load("one_of_each");
+  KraidCollectData driver(nullptr);
+  driver.InitData();
+  testing::internal::CaptureStdout();
+  for (const KRaidController* controller : driver.GetControllers()) {
+    controller->DisplayAll();
+    for (const auto* record : controller->GetLogicalDevices()) record->DisplayAll();
+    for (const auto* record : controller->GetPhysicalDevices()) record->DisplayAll();
+    for (const auto* record : controller->GetArrayStripeOrder()) record->DisplayAll();
+    for (const auto* record : controller->GetBstData()) record->DisplayAll();
+    for (const auto* record : controller->GetEventData()) record->DisplayAll();
+    for (const auto* record : controller->GetEventDddData()) record->DisplayAll();
+    for (const auto* record : controller->GetSubStatData()) record->DisplayAll();
+    if (controller->GetEventSoftData() != nullptr) controller->GetEventSoftData()->DisplayAll();
+  }
+  CompareExpected("one_of_each/display_all.txt", testing::internal::GetCapturedStdout());
+}
+
 TEST(ReturnStringData, CutsAQuotedValue) {
   const std::tuple<const char*, int, const char*, const char*> cases[] = {
       {"", 5, "", ""},

@@ -1,5 +1,8 @@
+// Logical disks, the groups of drives behind them, and the drives.
+
 #include "model/array_stripe_order.h"
 #include "model/kraid_logical_device.h"
+#include "model/kraid_physical_device.h"
 #include "plugin/instance_identifiers.h"
 #include "plugin/publishers.h"
 
@@ -8,13 +11,14 @@ namespace {
 using NKVXHMZ20::TCIMValue;
 using L = KRaidLogicalDevice;
 using A = ArrayStripeOrder;
+using P = KRaidPhysicalDevice;
 
-TCIMValue DeviceId(const Child<L>& child) {
+TCIMValue DiskId(const Child<L>& child) {
   return LogicalDiskIdentifier(child.controller, child.record);
 }
 
 constexpr PropertyRow<Child<L>> kLogicalDiskRows[] = {
-    {"DeviceID", DeviceId},
+    {"DeviceID", DiskId},
     {"SystemCreationClassName", SystemClass},
     // The lower-case n is how the class spells this property.
     {"CreationClassname", Fixed<"KVXSG_krLogicalDisk">},
@@ -46,6 +50,42 @@ constexpr PropertyRow<Child<A>> kDiskGroupRows[] = {
     {"StripeOrder", OfRecord<&A::GetStripeOrder>},
 };
 
+TCIMValue DriveIdentifyingInfo(const Child<P>& child) {
+  // Channel and SCSI ID as they are printed, not as numbers.
+  return StringArray({child.record.GetDeviceType(), "Channel:" + child.record.GetChannelNum() +
+                                                        "|SCSI ID:" + child.record.GetScsiID()});
+}
+
+TCIMValue DriveId(const Child<P>& child) {
+  return DeviceIdentifier(child.controller, child.record);
+}
+
+constexpr PropertyRow<Child<P>> kDiskDriveRows[] = {
+    {"OtherIdentifyingInfo", DriveIdentifyingInfo},
+    {"DeviceID", DriveId},
+    {"SystemCreationClassName", SystemClass},
+    {"CreationClassname", Fixed<"KVXSG_krDiskDrive">},
+    {"SystemName", SystemName},
+    {"ControllerNum", OfRecord<&P::GetControllerNum>},
+    {"Channel", OfRecord<&P::GetChannelNum>},
+    {"ScsiId", OfRecord<&P::GetScsiID>},
+    {"DeviceType", OfRecord<&P::GetDeviceType>},
+    {"PFA", OfRecord<&P::GetPfa>},
+    {"State", OfRecord<&P::GetState>},
+    {"Size", OfRecord<&P::GetSize>},
+    {"DeviceCode", OfRecord<&P::GetDeviceCode>},
+    {"DeviceSerialNum", OfRecord<&P::GetDeviceSerialNum>},
+    {"FRU", OfRecord<&P::GetFru>},
+    {"Firmware", OfRecord<&P::GetFirmwareVer>},
+    {"Vendor", OfRecord<&P::GetVendor>},
+    {"Model", OfRecord<&P::GetModel>},
+    {"Enclosure", OfRecord<&P::GetEnclosure>},
+    {"TransferSpeed", OfRecord<&P::GetTransferSpeed>},
+    {"ReportedChannel", OfRecord<&P::GetReportedChannel>},
+    {"WorldWideName", OfRecord<&P::GetWorldWideName>},
+    {"WriteCache", OfRecord<&P::GetWriteCache>},
+};
+
 }  // namespace
 
 void PublishLogicalDisks(const PublishContext& context) {
@@ -54,4 +94,8 @@ void PublishLogicalDisks(const PublishContext& context) {
 
 void PublishDiskGroups(const PublishContext& context) {
   PublishChildren(context, &KRaidController::GetArrayStripeOrder, kDiskGroupRows);
+}
+
+void PublishDiskDrives(const PublishContext& context) {
+  PublishChildren(context, &KRaidController::GetPhysicalDevices, kDiskDriveRows);
 }
