@@ -7,12 +7,13 @@
 #include "model/kraid_physical_device.h"
 #include "model/markers.h"
 #include "model/text.h"
+#include "schema/published_texts.h"
 
 namespace {
 
-constexpr Tool kTool = {"./kraid/arcconf",
+constexpr Tool kTool = {kArcconf,
                         " ARCCONF  using Spawnprocess. Controller# :", "ArcConf Aborted: "};
-constexpr Command kGetConfig = {"getconfig", "al"};
+constexpr Command kGetConfig = {kGetConfigWord, "al"};
 constexpr Command kCommands[] = {kGetConfig};
 
 }  // namespace
@@ -31,11 +32,11 @@ void ArcconfData::InitData(int controller_offset) {
     auto [controller, cursor] = FindController(kGetConfig, number, controller_offset,
                                                &KRaidController::SetConfigArcconfData);
     if (controller == nullptr) continue;
-    if (!cursor->FindLine("Logical drive information").empty()) {
+    if (!cursor->FindLine(kLogicalDriveHeading).empty()) {
       ParseLogicalDrives(*cursor, *controller);
     }
-    if (!cursor->FindLine("Physical device information").empty() ||
-        !cursor->FindLine("Physical drive information").empty()) {
+    if (!cursor->FindLine(kPhysicalDeviceHeading).empty() ||
+        !cursor->FindLine(kPhysicalDriveHeading).empty()) {
       ParsePhysicalDevices(*cursor, *controller);
     }
     controllers_.push_back(std::move(controller));

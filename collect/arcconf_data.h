@@ -10,8 +10,7 @@ class ArcconfData final : public ToolCollector {
  public:
   explicit ArcconfData(NKVXHMZ20::TPluginManagerProvider* provider);
 
-  /// As HrconfData::InitData.
-  void InitData(int controller_offset);
+  void InitData(int controller_offset) override;
 
   /// One run of the tool: all that it printed, "" when the run failed.
   std::string GatherData(const std::string& command, const std::string& parameter,

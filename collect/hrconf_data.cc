@@ -8,12 +8,12 @@
 #include "model/kraid_physical_device.h"
 #include "model/markers.h"
 #include "model/text.h"
+#include "schema/published_texts.h"
 
 namespace {
 
-constexpr Tool kTool = {"./kraid/hrconf",
-                        " HRCCONF  using Spawnprocess. Controller# :", "hrconf aborted: "};
-constexpr Command kGetConfig = {"getconfig", "al"};
+constexpr Tool kTool = {kHrconf, " HRCCONF  using Spawnprocess. Controller# :", "hrconf aborted: "};
+constexpr Command kGetConfig = {kGetConfigWord, "al"};
 constexpr Command kGetStatus = {"getstatus", "device"};
 constexpr Command kCommands[] = {kGetConfig, kGetStatus};
 
@@ -34,10 +34,10 @@ void HrconfData::InitData(int controller_offset) {
     auto [controller, cursor] = FindController(kGetConfig, number, controller_offset,
                                                &KRaidController::SetConfigHrconfData);
     if (controller == nullptr) continue;
-    if (!cursor->FindLine("Logical drive information").empty()) {
+    if (!cursor->FindLine(kLogicalDriveHeading).empty()) {
       ParseLogicalDrives(*cursor, *controller);
     }
-    if (!cursor->FindLine("Physical drive information").empty()) {
+    if (!cursor->FindLine(kPhysicalDriveHeading).empty()) {
       ParsePhysicalDevices(*cursor, *controller);
     }
     CollectedData status(provider_, Run(kGetStatus, number));

@@ -10,11 +10,7 @@ class HrconfData final : public ToolCollector {
  public:
   explicit HrconfData(NKVXHMZ20::TPluginManagerProvider* provider);
 
-  /// Runs the whole collection. `controller_offset` is the count of the controllers that were found
-  /// before: it is added to the numbers of the controllers, but not to those of the raw records.
-  /// Throws std::out_of_range when a walk runs off the end of an output that lacks its end marker;
-  /// what was found before stays.
-  void InitData(int controller_offset);
+  void InitData(int controller_offset) override;
 
   /// One run of the tool: all that it printed, "" when the run failed.
   std::string GatherData(const std::string& command, const std::string& parameter,

@@ -13,13 +13,14 @@
 #include "model/kraid_sub_stat_data.h"
 #include "model/markers.h"
 #include "model/text.h"
+#include "schema/published_texts.h"
 
 namespace {
 
-constexpr Tool kTool = {"./kraid/kelvcmd",
+constexpr Tool kTool = {kKelvcmd,
                         " KELVCMD is using Spawnprocess. Controller# :", "Kelvcmd aborted: "};
 
-constexpr Command kGetConfig = {"getconfig", "al"};
+constexpr Command kGetConfig = {kGetConfigWord, "al"};
 constexpr Command kGetStatus = {"getstatus", "device"};
 constexpr Command kGetBst = {"getbst", "device"};
 constexpr Command kGetEvent = {"getevent", "device"};
@@ -57,14 +58,14 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
   if (found == nullptr) return Next::kController;
   KRaidController& controller = *found;
 
-  if (!cursor->FindLine("Logical drive information").empty()) {
+  if (!cursor->FindLine(kLogicalDriveHeading).empty()) {
     ParseLogicalDrives(*cursor, controller);
   }
   if (!cursor->FindLine(kStripeOrderLabel).empty()) ParseStripeOrders(*cursor, controller);
 
   // A controller whose output has no device section is never published; its logs are read all
   // the same.
-  if (!cursor->FindLine("Physical device information").empty()) {
+  if (!cursor->FindLine(kPhysicalDeviceHeading).empty()) {
     ParsePhysicalDevices(*cursor, controller);
     const std::string status = Run(kGetStatus, number);
     if (!status.empty()) {

@@ -11,11 +11,7 @@ class KelvcmdData final : public ToolCollector {
  public:
   explicit KelvcmdData(NKVXHMZ20::TPluginManagerProvider* provider);
 
-  /// Runs the whole collection. `controller_offset` is added to the numbers of the controllers,
-  /// but not to those of the raw records, which keep the tool's own.
-  /// Throws std::out_of_range when a walk runs off the end of an output that lacks its end marker;
-  /// what was found before stays.
-  void InitData(int controller_offset);
+  void InitData(int controller_offset) override;
 
   /// One run of the tool: all that it printed, "" when the run failed.
   std::string GetDataFromTextFile(const std::string& command, const std::string& option,

@@ -1,6 +1,24 @@
 #include "collect/kraid_collect_data.h"
 
+#include "collect/arcconf_data.h"
+#include "collect/hrconf_data.h"
+#include "collect/kelvcmd_data.h"
+
 namespace {
+
+using Provider = NKVXHMZ20::TPluginManagerProvider;
+
+template <class Collector>
+std::unique_ptr<ToolCollector> Create(Provider* provider) {
+  return std::make_unique<Collector>(provider);
+}
+
+/// In the order in which the tools are asked.
+constexpr std::unique_ptr<ToolCollector> (*kTools[])(Provider*) = {
+    Create<KelvcmdData>,
+    Create<HrconfData>,
+    Create<ArcconfData>,
+};
 
 template <class T>
 void Append(std::vector<T*>& to, const std::vector<T*>& from) {
@@ -9,17 +27,14 @@ void Append(std::vector<T*>& to, const std::vector<T*>& from) {
 
 }  // namespace
 
-template <class Collector>
-void KraidCollectData::Run(std::vector<std::unique_ptr<Collector>>& collectors, int offset) {
-  Collector& collector = *collectors.emplace_back(std::make_unique<Collector>(provider_));
-  collector.InitData(offset);
-  Append(raw_data_, collector.GetRawDataVector());
-  Append(controllers_, collector.GetControllers());
-}
-
 void KraidCollectData::InitData() {
-  // Each later collector numbers its controllers behind those that were found before it.
-  Run(kelvcmd_collectors_, 0);
-  Run(hrconf_collectors_, static_cast<int>(controllers_.size()));
-  Run(arcconf_collectors_, static_cast<int>(controllers_.size()));
+  // The first tool's numbers stay, those of the others go on behind all that were found before.
+  int offset = 0;
+  for (const auto create : kTools) {
+    ToolCollector& collector = *collectors_.emplace_back(create(provider_));
+    collector.InitData(offset);
+    Append(raw_data_, collector.GetRawDataVector());
+    Append(controllers_, collector.GetControllers());
+    offset = static_cast<int>(controllers_.size());
+  }
 }

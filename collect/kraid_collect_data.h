@@ -4,10 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "collect/arcconf_data.h"
-#include "collect/hrconf_data.h"
-#include "collect/kelvcmd_data.h"
 #include "collect/kraid_raw_data.h"
+#include "collect/tool_collector.h"
 #include "hmz/plugin_management.h"
 #include "model/kraid_controller.h"
 
@@ -31,16 +29,11 @@ class KraidCollectData {
   std::vector<KRaidRawData*> GetKraidRawDataV() const { return raw_data_; }
 
  private:
-  template <class Collector>
-  void Run(std::vector<std::unique_ptr<Collector>>& collectors, int offset);
-
   NKVXHMZ20::TPluginManagerProvider* provider_;
   std::vector<KRaidController*> controllers_;
   std::vector<KRaidRawData*> raw_data_;
-  // They own what the two lists point to: one collector for each call of InitData.
-  std::vector<std::unique_ptr<KelvcmdData>> kelvcmd_collectors_;
-  std::vector<std::unique_ptr<HrconfData>> hrconf_collectors_;
-  std::vector<std::unique_ptr<ArcconfData>> arcconf_collectors_;
+  // They own what the two lists point to: one for each tool and call of InitData.
+  std::vector<std::unique_ptr<ToolCollector>> collectors_;
 };
 
 #endif  // COLLECT_KRAID_COLLECT_DATA_H_

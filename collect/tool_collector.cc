@@ -6,6 +6,7 @@
 #include "model/markers.h"
 #include "model/owned.h"
 #include "model/text.h"
+#include "schema/published_texts.h"
 
 std::vector<KRaidController*> ToolCollector::GetControllers() const {
   return PointersTo(controllers_);
@@ -22,8 +23,8 @@ void ToolCollector::CaptureOutputs(std::span<const Command> commands) {
     for (const Command& command : commands) {
       const std::string output = Run(command, number);
       if (output.empty()) continue;
-      raw_data_.push_back(
-          std::make_unique<KRaidRawData>(tool_.path, command.word, number, command.option, output));
+      raw_data_.push_back(std::make_unique<KRaidRawData>(PathOf(tool_), command.word, number,
+                                                         command.option, output));
     }
   }
 }
@@ -34,7 +35,7 @@ ToolCollector::Found ToolCollector::FindController(const Command& command, int n
   const std::string config = Run(command, number);
   if (config.empty()) return {};
   auto cursor = std::make_unique<CollectedData>(provider_, config);
-  if (cursor->FindLine("Controller information").empty()) return {};
+  if (cursor->FindLine(kControllerHeading).empty()) return {};
   auto controller = std::make_unique<KRaidController>(provider_);
   (controller.get()->*read)(config, number + offset);
   if (!controller->GetControllerFound()) return {};

@@ -23,6 +23,13 @@ class ToolCollector {
   ToolCollector(const ToolCollector&) = delete;
   ToolCollector& operator=(const ToolCollector&) = delete;
 
+  /// Runs the whole collection. `controller_offset` is the count of the controllers that were found
+  /// before: it is added to the numbers of the controllers, but not to those of the raw records,
+  /// which keep the tool's own.
+  /// Throws std::out_of_range when a walk runs off the end of an output that lacks its end marker;
+  /// what was found before stays.
+  virtual void InitData(int controller_offset) = 0;
+
   /// The objects belong to this collector.
   std::vector<KRaidController*> GetControllers() const;
   std::vector<KRaidRawData*> GetRawDataVector() const;
@@ -63,6 +70,9 @@ class ToolCollector {
   std::vector<std::unique_ptr<KRaidController>> controllers_;
   std::vector<std::unique_ptr<KRaidRawData>> raw_data_;
 };
+
+inline constexpr char kLogicalDriveHeading[] = "Logical drive information";
+inline constexpr char kPhysicalDriveHeading[] = "Physical drive information";
 
 /// The newer tools' heading of a device, and how much of that line names it.
 inline constexpr std::string_view kDeviceLabel = "Device #";

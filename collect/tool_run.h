@@ -5,8 +5,7 @@
 
 /// A command-line tool and how its runs are logged.
 struct Tool {
-  /// Relative to the host's working directory.
-  const char* path;
+  const char* name;
   /// Logged before each run, directly followed by the controller number and the arguments.
   const char* run_message;
   /// Logged when a run fails, directly followed by the reason.
@@ -18,6 +17,9 @@ struct Command {
   const char* word;
   const char* option;
 };
+
+/// The tool's path, relative to the host's working directory.
+std::string PathOf(const Tool& tool);
 
 /// Runs the tool once with the arguments command, controller number and option.
 ///

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "collect/arcconf_data.h"
+#include "collect/hrconf_data.h"
+#include "collect/kelvcmd_data.h"
 #include "collect/kraid_collect_data.h"
 #include "collect/return_string_data.h"
 #include "model/array_stripe_order.h"
