@@ -2,9 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+#include <sstream>
+
+#include "collect/kraid_collect_data.h"
 #include "hmz/root_object.h"
+#include "plugin/dispatch.h"
 #include "plugin/kraid_callbacks.h"
+#include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/registry.h"
+#include "standin/repository.h"
+#include "tests/fake_host.h"
 #include "tests/recording_host.h"
 
 namespace {
@@ -18,55 +26,74 @@ TEST(CallbacksDeathTest, TripBoostsAssertionOnNullPointersOfTheHost) {
       "px != 0");
 }
 
-TEST_F(Publishing, MakesTheseCallsInThisOrder) {
-  // One of everything, each label as short as it may be, each value in one place only.
-  Collect("one_of_each");
-  CollectRaidMgrData manager_log(nullptr, ManagerFolder("one_of_each"));
-  const std::string folder = MachineFolder("one_of_each").string() + "/";
+/// Requests to a machine whose tools and manager have been read.
+class Publishing : public testing::TestWithParam<const char*> {
+ protected:
+  Publishing() {
+    if (!exists(folder_ / "kraid")) return;
+    host_.Load(GetParam());
+    collector_.InitData();
+    host_.log.clear();
+  }
+
+  /// The class's name, the calls that publishing it makes on the host, and the messages.
+  std::string CallsOf(const std::string& name) {
+    std::string calls = name + "\n";
+    Publish(name, {boost::make_shared<Recorder>(calls, repository_, nullptr, nullptr),
+                   boost::make_shared<Recorder>(calls, nullptr,
+                                                repository_->GetOrDeclareClass(name), nullptr),
+                   collector_, manager_log_});
+    for (const std::string& message : host_.log) calls += message + "\n";
+    host_.log.clear();
+    return calls;
+  }
+
+  /// Commits an instance by hand, from fields "Property=text" with a tab between them and "\n" at
+  /// the end for a line end.
+  void Commit(const std::string& class_name, std::istringstream& fields) {
+    Recorder::Values values;
+    for (std::string field; std::getline(fields, field, '\t');) {
+      const auto equals = field.find('=');
+      std::string text = field.substr(equals + 1);
+      if (text.ends_with("\\n")) text.replace(text.size() - 2, 2, "\n");
+      values[field.substr(0, equals)] = text;
+    }
+    repository_->GetClass(class_name)->CreateInstance(values)->Commit({});
+  }
+
+  const std::filesystem::path folder_ = MachineFolder(GetParam());
+  FakeHost host_;
+  KraidCollectData collector_{nullptr};
+  CollectRaidMgrData manager_log_{nullptr, ManagerFolder(GetParam())};
+  boost::shared_ptr<standin::Repository> repository_ = boost::make_shared<standin::Repository>();
+};
+
+// requests.txt holds classes that are published, with "-" without a look at the calls, and
+// instances that are committed by hand.
+TEST_P(Publishing, MakesTheseCallsInThisOrder) {
+  std::istringstream requests(ReadFile(folder_ / "requests.txt"));
   std::string calls;
-  for (const DispatchEntry& entry : DispatchList()) calls += CallsOf(entry.class_name, manager_log);
+  for (std::string request; std::getline(requests, request);) {
+    std::istringstream fields(request);
+    std::string name;
+    std::getline(fields, name, '\t');
+    if (!fields.eof()) {
+      Commit(name, fields);
+    } else if (name.starts_with("-")) {
+      CallsOf(name.substr(1));
+    } else {
+      calls += CallsOf(name);
+    }
+  }
+  const std::string folder = folder_.string() + "/";
   if (const auto path = calls.find(folder); path != std::string::npos) {
     calls.erase(path, folder.size());
   }
-  CompareExpected("one_of_each/host_calls.txt", calls);
+  CompareExpected(std::string(GetParam()) + "/host_calls.txt", calls);
 }
 
-TEST_F(Publishing, GoesOnWithTheManagersEventsWhereTheLastRequestStopped) {
-  // The first request publishes what the reader made up and the whole log, the second the entry
-  // that was read last once more; behind that there is one that tells of the end.
-  CollectRaidMgrData manager_log(nullptr, ManagerFolder("one_of_each"));
-  std::string calls;
-  for (int request = 0; request < 3; ++request) {
-    calls += CallsOf("KVXSG_LogRecord_RAIDMgrEvent", manager_log);
-    for (const std::string& message : host_.log) calls += message + "\n";
-    host_.log.clear();
-  }
-  CompareExpected("one_of_each/manager_requests.txt", calls);
-}
-
-TEST_F(Publishing, LogsWhichRawOutputsThereAreNotAndPublishesNullForNoLines) {
-  using Texts = std::vector<std::string>;
-  const std::string raw_data = "KVXSG_krRawData";
-  CollectRaidMgrData empty_log(nullptr, ManagerFolder("silent_manager"));
-  EXPECT_EQ(CallsOf(raw_data, empty_log), raw_data + "\n");
-  EXPECT_EQ(host_.log, (Texts{"3|KraidRawDataVector is empty: inside KrPlugin",
-                              "3|RaidMgrLog is empty: inside KrPlugin"}));
-  host_.outputs["./kraid/kelvcmd getbst 1 device"] = "no newline";
-  collector_.InitData();
-  host_.log.clear();
-  EXPECT_EQ(CallsOf(raw_data, no_manager_), raw_data +
-                                                "\n  create\n    Command ./kraid/kelvcmd getbst 1 "
-                                                "device\n    RawResults null\n  commit\n");
-  EXPECT_EQ(host_.log, Texts{"3|RaidMgrLog does not exist: inside KrPlugin"});
-}
-
-TEST_F(Publishing, PassesOverOtherNamesWithoutAWord) {
-  Collect("one_of_each");
-  host_.log.clear();
-  for (const char* name : {"kvxsg_krRawData", "KVXSG_krRawDat", "KVXSG_krRawData ", ""}) {
-    EXPECT_EQ(CallsOf(name, no_manager_), std::string(name) + "\n");
-  }
-  EXPECT_TRUE(host_.log.empty());
-}
+INSTANTIATE_TEST_SUITE_P(, Publishing,
+                         testing::Values("one_of_each", "associations", "device_numbers",
+                                         "no_controller", "silent_manager"));
 
 }  // namespace

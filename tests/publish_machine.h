@@ -5,7 +5,6 @@
 
 #include "collect/kraid_collect_data.h"
 #include "plugin/dispatch.h"
-#include "plugin/publishers.h"
 #include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/repository.h"
 #include "tests/fake_host.h"

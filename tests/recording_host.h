@@ -1,18 +1,12 @@
 #ifndef TESTS_RECORDING_HOST_H_
 #define TESTS_RECORDING_HOST_H_
 
-#include <gtest/gtest.h>
-
 #include <boost/make_shared.hpp>
 #include <map>
 #include <string>
 #include <utility>
 
-#include "collect/kraid_collect_data.h"
-#include "plugin/dispatch.h"
-#include "raidmgr/collect_raid_mgr_data.h"
-#include "standin/repository.h"
-#include "tests/fake_host.h"
+#include "hmz/cim_object_model.h"
 
 /// A value on one line.
 inline std::string OneLine(const NKVXHMZ20::TCIMValue& value) {
@@ -82,31 +76,6 @@ class Recorder final : public NKVXHMZ20::ICIMNamespace,
   boost::shared_ptr<ICIMNamespace> namespace_;
   boost::shared_ptr<ICIMClass> class_;
   boost::shared_ptr<ICIMInstance> instance_;
-};
-
-/// What every test of publishing works with.
-class Publishing : public testing::Test {
- protected:
-  /// Collects what a machine's tools print.
-  void Collect(const std::string& machine) {
-    host_.Load(machine);
-    collector_.InitData();
-  }
-
-  /// The class's name, and the calls that publishing it makes on the host.
-  std::string CallsOf(const std::string& name, CollectRaidMgrData& manager_log) {
-    std::string calls = name + "\n";
-    Publish(name, {boost::make_shared<Recorder>(calls, repository_, nullptr, nullptr),
-                   boost::make_shared<Recorder>(calls, nullptr,
-                                                repository_->GetOrDeclareClass(name), nullptr),
-                   collector_, manager_log});
-    return calls;
-  }
-
-  FakeHost host_;
-  KraidCollectData collector_{nullptr};
-  CollectRaidMgrData no_manager_{nullptr, "/absent/"};
-  boost::shared_ptr<standin::Repository> repository_ = boost::make_shared<standin::Repository>();
 };
 
 #endif  // TESTS_RECORDING_HOST_H_
