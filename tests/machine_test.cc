@@ -1,12 +1,11 @@
 // What becomes of the published instances, and what is judged to need attention.
 
-#include "inventory/machine/machine.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "inventory/machine/health.h"
+#include "inventory/machine/read_machine.h"
 #include "tests/machine_files.h"
 #include "tests/print_to.h"
 

@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "inventory/base/report.h"
-
 // What the plug-in published, put together for a reader: who belongs to whom. All texts are
 // Readable; "" stands for what was not reported.
 
@@ -23,7 +21,7 @@ struct LogicalDrive {
 
 /// Anything on a controller's channels, disks above all.
 struct Device {
-  std::string place;  ///< "channel,number", as in the stripe orders; "?" for what is not known.
+  std::string place;  ///< Of the form in place.h.
   std::string type;
   std::string state;
   std::string size;
@@ -110,9 +108,5 @@ struct Machine {
   /// "2 controllers, 5 logical drives, 1 device"
   std::string DescribeCounts() const;
 };
-
-/// Reads the instances of the last pass (of the manager's events all, as each pass goes on where
-/// the one before stopped). Takes time in proportion to their number.
-Machine ReadMachine(const Report& report);
 
 #endif  // INVENTORY_MACHINE_MACHINE_H_

@@ -4,7 +4,7 @@
 
 #include "inventory/base/readable.h"
 #include "inventory/machine/health.h"
-#include "inventory/machine/machine.h"
+#include "inventory/machine/read_machine.h"
 
 namespace {
 

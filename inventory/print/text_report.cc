@@ -6,7 +6,8 @@
 
 #include "inventory/base/readable.h"
 #include "inventory/machine/health.h"
-#include "inventory/machine/machine.h"
+#include "inventory/machine/read_machine.h"
+#include "inventory/machine/state_words.h"
 #include "inventory/print/flow.h"
 
 namespace {

@@ -1,0 +1,80 @@
+#include "inventory/machine/last_events.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "inventory/base/readable.h"
+#include "inventory/machine/place.h"
+#include "inventory/machine/property_text.h"
+#include "schema/published_texts.h"
+
+namespace {
+
+using standin::StoredInstance;
+
+constexpr std::size_t kLastEntries = 5;
+
+template <class Entry>
+void KeepLast(std::vector<Entry>& entries, Entry entry) {
+  entries.push_back(std::move(entry));
+  if (entries.size() > kLastEntries) entries.erase(entries.begin());
+}
+
+/// "20041127021408.000000-300" as "2004-11-27 02:14:08 -0500".
+std::string ReadableTime(const StoredInstance& instance, bool with_offset) {
+  const NKVXHMZ20::TCIMValue* value = instance.Find("MessageTimestamp");
+  const bool is_time =
+      value != nullptr && value->GetType().GetCode() == NKVXHMZ20::TCIMValue::kDateTime;
+  const std::string text = is_time ? value->ToString() : "";
+  if (text.size() != 25 || text.starts_with("000000")) return "(no time)";
+  std::string time = text.substr(0, 4) + "-" + text.substr(4, 2) + "-" + text.substr(6, 2) + " " +
+                     text.substr(8, 2) + ":" + text.substr(10, 2) + ":" + text.substr(12, 2);
+  if (with_offset) {
+    const int minutes = std::stoi(text.substr(22));
+    char offset[32];
+    std::snprintf(offset, sizeof offset, " %c%02d%02d", text[21], minutes / 60, minutes % 60);
+    time += offset;
+  }
+  return time;
+}
+
+}  // namespace
+
+EventWords ReadEventWords(const StoredInstance& instance, const char* property) {
+  EventWords words;
+  const NKVXHMZ20::TCIMValue* value = instance.Find(property);
+  if (value == nullptr || !value->IsArray()) return words;
+  const auto& elements = value->GetArray();
+  words.count = elements.size();
+  const std::size_t shown = std::min(kLastEntries, words.count);
+  for (std::size_t i = words.count - shown; i < words.count; ++i) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%08X", elements[i].GetNumber());
+    words.last.emplace_back(text);
+  }
+  return words;
+}
+
+void AddDddEvent(const StoredInstance& instance, Controller& controller) {
+  ++controller.ddd_count;
+  const std::string place =
+      PlaceText(PropertyText(instance, "Channel"), PropertyText(instance, "ID"));
+  KeepLast(controller.last_ddd, ReadableTime(instance, false) + "  " + place + "  reason " +
+                                    PropertyText(instance, "Reason") + "  " +
+                                    PropertyText(instance, "Descrip"));
+}
+
+void AddManagerEvent(const StoredInstance& instance, Machine& machine) {
+  ManagerEvent event = {ReadableTime(instance, true), PropertyText(instance, "Severity"),
+                        PropertyText(instance, "MachineName"), PropertyText(instance, "Message")};
+  // What the plug-in makes up when it opens the log and at its end, and the rest of a long line.
+  if (event.message == Readable(kManagerLogOpened) || event.message == Readable(kManagerLogEnded) ||
+      (event.severity + event.machine + event.message).empty()) {
+    return;
+  }
+  ++machine.manager_event_count;
+  KeepLast(machine.last_manager_events, std::move(event));
+}

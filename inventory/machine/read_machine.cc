@@ -1,0 +1,230 @@
+#include "inventory/machine/read_machine.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "inventory/base/readable.h"
+#include "inventory/machine/drive_groups.h"
+#include "inventory/machine/error_counts.h"
+#include "inventory/machine/last_events.h"
+#include "inventory/machine/place.h"
+#include "inventory/machine/property_text.h"
+#include "inventory/machine/raw_output.h"
+
+namespace {
+
+using standin::StoredInstance;
+
+bool IsDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// "34715/71096320", megabytes and sectors, or "34715" as "34715 MB"; others say their unit.
+std::string WithUnit(std::string size) {
+  const auto slash = size.find('/');
+  if (IsDigits(size.substr(0, slash))) size.replace(std::min(slash, size.size()), size.npos, " MB");
+  return size;
+}
+
+class MachineReader {
+ public:
+  Machine Read(const Report& report);
+
+ private:
+  /// What is known of a controller before all instances are read.
+  struct Draft {
+    bool has_controller = false;  // its own instance, besides those of its parts
+    std::vector<DriveArray> arrays;
+    std::vector<DriveLocation> locations;  // one for each logical drive
+    ErrorCounts errors;
+  };
+
+  struct ClassRow {
+    const char* name;
+    void (MachineReader::*read)(const StoredInstance& instance);
+  };
+
+  std::size_t IndexOf(const std::string& number);
+  std::size_t IndexOf(const StoredInstance& instance) {
+    return IndexOf(PropertyText(instance, "ControllerNum"));
+  }
+  Controller& ControllerOf(const StoredInstance& instance) {
+    return machine_.controllers[IndexOf(instance)];
+  }
+  Draft& DraftOf(const StoredInstance& instance) { return drafts_[IndexOf(instance)]; }
+
+  void ReadRawRecord(const StoredInstance& instance) {
+    outputs_.push_back(ReadRawOutput(instance));
+  }
+  void ReadController(const StoredInstance& instance);
+  void ReadLogicalDisk(const StoredInstance& instance);
+  void ReadDiskGroup(const StoredInstance& instance) {
+    DraftOf(instance).arrays.push_back(MakeDriveArray(PropertyText(instance, "CollectionID"),
+                                                      PropertyText(instance, "Array"),
+                                                      PropertyText(instance, "StripeOrder")));
+  }
+  void ReadDiskDrive(const StoredInstance& instance);
+  void ReadBadStripes(const StoredInstance& instance) {
+    DraftOf(instance).errors.ReadBadStripes(instance);
+  }
+  void ReadCounters(const StoredInstance& instance) {
+    DraftOf(instance).errors.ReadCounters(instance);
+  }
+  void ReadSoftEvents(const StoredInstance& instance) {
+    ControllerOf(instance).soft = ReadEventWords(instance, "HexSoftEvent");
+  }
+  void ReadHardEvents(const StoredInstance& instance) {
+    ControllerOf(instance).hard = ReadEventWords(instance, "HexHardEvent");
+  }
+  void ReadDddEvent(const StoredInstance& instance) {
+    AddDddEvent(instance, machine_.controllers[IndexOf(PropertyText(instance, "Controller"))]);
+  }
+  void ReadManagerEvent(const StoredInstance& instance) { AddManagerEvent(instance, machine_); }
+  template <std::string Controller::*kField>
+  void ReadVersion(const StoredInstance& instance) {
+    machine_.controllers[IndexOf(PropertyText(instance, "SoftwareElementID"))].*kField =
+        PropertyText(instance, "Version");
+  }
+
+  Machine machine_;
+  std::vector<Draft> drafts_;  // one for each controller
+  std::unordered_map<std::string, std::size_t> indices_;
+  std::vector<RawOutput> outputs_;
+};
+
+Machine MachineReader::Read(const Report& report) {
+  static constexpr ClassRow kRows[] = {
+      {"KVXSG_krRawData", &MachineReader::ReadRawRecord},
+      {"KVXSG_krSCSIProtocolController", &MachineReader::ReadController},
+      {"KVXSG_krLogicalDisk", &MachineReader::ReadLogicalDisk},
+      {"KVXSG_krDiskGroup", &MachineReader::ReadDiskGroup},
+      {"KVXSG_krDiskDrive", &MachineReader::ReadDiskDrive},
+      {"KVXSG_BadStripeData", &MachineReader::ReadBadStripes},
+      {"KVXSG_krSCSIDeviceData", &MachineReader::ReadCounters},
+      {"KVXSG_LogRecord_SoftEvent", &MachineReader::ReadSoftEvents},
+      {"KVXSG_LogRecord_HardEvent", &MachineReader::ReadHardEvents},
+      {"KVXSG_LogRecord_krDDD", &MachineReader::ReadDddEvent},
+      {"KVXSG_LogRecord_RAIDMgrEvent", &MachineReader::ReadManagerEvent},
+      {"KVXSG_krFirmwareVersion", &MachineReader::ReadVersion<&Controller::firmware>},
+      {"KVXSG_krBiosVersion", &MachineReader::ReadVersion<&Controller::bios>},
+      {"KVXSG_krBootBlockVersion", &MachineReader::ReadVersion<&Controller::boot_block>},
+  };
+  std::unordered_map<std::string_view, decltype(ClassRow::read)> readers;
+  for (const ClassRow& row : kRows) readers.emplace(row.name, row.read);
+
+  const auto& committed = report.repository.GetCommitted();
+  for (std::size_t i = 0; i < committed.size(); ++i) {
+    const StoredInstance& instance = *committed[i];
+    const auto reader = readers.find(*instance.class_name);
+    if (reader == readers.end()) continue;
+    if (i < report.latest_pass && reader->second != &MachineReader::ReadManagerEvent) continue;
+    (this->*reader->second)(instance);
+  }
+  for (std::size_t i = 0; i < drafts_.size(); ++i) {
+    Controller& controller = machine_.controllers[i];
+    DevicesByPlace devices = IndexDevices(controller.devices);
+    drafts_[i].errors.MoveTo(controller, devices);
+    GroupDrives(drafts_[i].arrays, drafts_[i].locations, std::move(devices), controller);
+  }
+  AddRawOutputs(outputs_, machine_);
+  return std::move(machine_);
+}
+
+/// Nothing is left out: what names an unknown controller makes it known.
+std::size_t MachineReader::IndexOf(const std::string& number) {
+  const auto [found, is_new] = indices_.emplace(number, machine_.controllers.size());
+  if (is_new) {
+    machine_.controllers.emplace_back().number = number;
+    drafts_.emplace_back();
+  }
+  return found->second;
+}
+
+void MachineReader::ReadController(const StoredInstance& instance) {
+  static constexpr FieldRow<Controller> kRows[] = {
+      {"ControllerName", &Controller::name},
+      {"ControllerType", &Controller::type},
+      {"ControllerStatus", &Controller::status},
+      {"DeviceDriverVersion", &Controller::driver},
+      {"SerialNum", &Controller::serial_number},
+      {"ControllerSlotInfo", &Controller::slot},
+      {"ControllerBatteryStatus", &Controller::battery_status},
+      {"ControllerBatteryOverTemp", &Controller::battery_over_temperature},
+      {"ControllerBatteryCapacity", &Controller::battery_capacity},
+      {"Current_MostRecentOperation", &Controller::operation},
+      {"Logical_Drive", &Controller::operation_drive},
+      {"BackgroundOperationActive", &Controller::operation_active},
+      {"LastCmdStatus", &Controller::operation_status},
+      {"NumberOfRemainingStripes", &Controller::stripes_left},
+      {"LogicalDriveSizeInStripes", &Controller::stripes},
+      {"DefunctDiskDriveCnt", &Controller::defunct_drives},
+      {"LogicalDriveStatusCnt", &Controller::drive_counts},
+  };
+  const std::size_t index = IndexOf(instance);
+  if (!drafts_[index].has_controller) {
+    drafts_[index].has_controller = true;
+    ReadFields(instance, kRows, machine_.controllers[index]);
+    return;
+  }
+  // Where a tool's first controller is not published, another one may get the number of its second.
+  Controller& second = machine_.controllers.emplace_back();
+  drafts_.emplace_back();
+  second.number = machine_.controllers[index].number;
+  second.shares_number = true;
+  ReadFields(instance, kRows, second);
+}
+
+void MachineReader::ReadLogicalDisk(const StoredInstance& instance) {
+  static constexpr FieldRow<LogicalDrive> kRows[] = {
+      {"LogicalDriveNum", &LogicalDrive::number},
+      {"LogicalDriveName", &LogicalDrive::name},
+      {"LogicalDriveStatus", &LogicalDrive::state},
+      {"Size", &LogicalDrive::size},
+      {"RaidLevel", &LogicalDrive::raid_level},
+      {"AccessBlocked", &LogicalDrive::access_blocked},
+  };
+  const std::size_t index = IndexOf(instance);
+  LogicalDrive& drive = machine_.controllers[index].logical_drives.emplace_back();
+  ReadFields(instance, kRows, drive);
+  drive.size = WithUnit(drive.size);
+  if (IsDigits(drive.raid_level)) drive.raid_level.insert(0, "RAID ");
+  drafts_[index].locations.push_back(
+      {PropertyText(instance, "PartOfArray"), PropertyText(instance, "DriveList")});
+}
+
+void MachineReader::ReadDiskDrive(const StoredInstance& instance) {
+  static constexpr FieldRow<Device> kRows[] = {
+      {"ReportedChannel", &Device::place},
+      {"DeviceType", &Device::type},
+      {"State", &Device::state},
+      {"Size", &Device::size},
+      {"PFA", &Device::predicts_failure},
+      {"Firmware", &Device::firmware},
+      {"DeviceSerialNum", &Device::serial_number},
+      {"DeviceCode", &Device::model},
+  };
+  Device& device = ControllerOf(instance).devices.emplace_back();
+  ReadFields(instance, kRows, device);
+  if (device.place.empty()) {
+    device.place = PlaceText(PropertyText(instance, "Channel"), PropertyText(instance, "ScsiId"));
+  }
+  device.size = WithUnit(device.size);
+  if (device.size == "0 MB") device.size.clear();
+  if (device.model.empty()) {
+    device.model =
+        Readable(PropertyText(instance, "Vendor") + " " + PropertyText(instance, "Model"));
+  }
+  if (device.model.empty()) {
+    // Behind the place, the identifier holds what the device says of itself.
+    const std::string id = PropertyText(instance, "DeviceID");
+    if (const auto colon = id.find(':'); colon != std::string::npos) {
+      device.model = Readable(id.substr(colon + 1));
+    }
+  }
+}
+
+}  // namespace
+
+Machine ReadMachine(const Report& report) { return MachineReader().Read(report); }
