@@ -1,3 +1,4 @@
+#include "inventory/print/mof_literal.h"
 #include "inventory/print/mof_printer.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,8 @@
 #include "inventory/print/check_line.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "inventory/base/readable.h"
 #include "inventory/machine/health.h"
@@ -13,14 +15,15 @@ constexpr std::size_t kFindingsNamed = 8;
 constexpr std::size_t kLongestFinding = 200;
 
 /// One line, in which a bar would begin the performance data.
-std::string Line(CheckStatus status, const std::string& text, const std::string& performance) {
+std::string FormatLine(CheckStatus status, const std::string& text,
+                       const std::string& performance) {
   static constexpr const char* kNames[] = {"OK", "WARNING", "CRITICAL", "UNKNOWN"};
   std::string line = std::string("KRAID ") + kNames[status] + " - " + Readable(text);
   std::replace(line.begin(), line.end(), '|', '/');
   return line + performance + "\n";
 }
 
-std::string Performance(const Machine& machine, const Health& health) {
+std::string FormatPerformance(const Machine& machine, const Health& health) {
   const std::pair<const char*, std::size_t> values[] = {
       {"controllers", machine.controllers.size()},
       {"logical_drives", machine.CountLogicalDrives()},
@@ -38,7 +41,8 @@ std::string Performance(const Machine& machine, const Health& health) {
   return text;
 }
 
-std::string Shortened(std::string text) {
+std::string Truncated(const std::string& whole) {
+  std::string text = Readable(whole);
   if (text.size() <= kLongestFinding) return text;
   std::size_t end = kLongestFinding;
   while ((text[end] & '\xC0') == '\x80') --end;  // not within a character
@@ -46,56 +50,39 @@ std::string Shortened(std::string text) {
 }
 
 /// "2 critical, 3 warnings: first; second"
-std::string Describe(const std::vector<Finding>& findings, std::size_t critical) {
-  std::string text = std::to_string(critical) + " critical, " +
-                     Counted(findings.size() - critical, "warning") + ": ";
-  for (std::size_t i = 0; i < std::min(findings.size(), kFindingsNamed); ++i) {
-    if (i > 0) text += "; ";
-    text += Shortened(findings[i].where + ": " + findings[i].what);
+std::string DescribeFindings(const CheckVerdict& verdict) {
+  const std::vector<Finding>& findings = verdict.findings;
+  std::string text = std::to_string(verdict.critical) + " critical, " +
+                     Counted(findings.size() - verdict.critical, "warning");
+  const std::size_t named = std::min(findings.size(), kFindingsNamed);
+  for (std::size_t i = 0; i < named; ++i) {
+    text += i == 0 ? ": " : "; ";
+    text += Truncated(findings[i].where + ": " + findings[i].what);
   }
-  if (findings.size() > kFindingsNamed) {
-    text += "; and " + std::to_string(findings.size() - kFindingsNamed) + " more";
+  const std::size_t left = findings.size() - named;
+  return left == 0 ? text : text + "; and " + std::to_string(left) + " more";
+}
+
+std::string Describe(const CheckVerdict& verdict, const Machine& machine) {
+  std::string text;
+  for (const std::string& unknown : verdict.unknowns) {
+    text.append(text.empty() ? "" : "; ").append(Truncated(unknown));
   }
-  return text;
+  if (!verdict.findings.empty()) {
+    return text.append(text.empty() ? "" : "; ").append(DescribeFindings(verdict));
+  }
+  return text.empty() ? machine.DescribeCounts() + ", all fine" : text;
 }
 
 }  // namespace
 
 CheckStatus PrintCheck(const Report& report, Sink& output) {
   const Machine machine = ReadMachine(report);
-  Health health = Assess(machine);
-  std::string unknown;
-  bool is_blind = false;  // to all that a tool would have told
-  for (const Problem& problem : report.problems) {
-    switch (problem.extent) {
-      case Problem::Extent::kAbsentTool:
-        break;
-      case Problem::Extent::kCollection:
-        unknown += Shortened(problem.what + ": " + problem.why) + "; ";
-        break;
-      case Problem::Extent::kTool:
-        is_blind = true;
-        [[fallthrough]];
-      case Problem::Extent::kRuns:
-        health.findings.push_back({Severity::kWarning, problem.what, problem.why});
-        break;
-    }
-  }
-  if (machine.controllers.empty()) unknown += "no controller was found; ";
-
-  CheckStatus status = kCheckOk;
-  std::string text = machine.DescribeCounts() + ", all fine";
-  if (!health.findings.empty()) {
-    status = health.critical > 0 ? kCheckCritical : kCheckWarning;
-    text = Describe(health.findings, health.critical);
-  }
-  if (is_blind && status != kCheckCritical) status = kCheckUnknown;
-  if (!unknown.empty()) {
-    text = health.findings.empty() ? unknown.substr(0, unknown.size() - 2) : unknown + text;
-    status = kCheckUnknown;
-  }
-  output.Write(Line(status, text, Performance(machine, health)));
-  return status;
+  const Health health = Assess(machine);
+  const CheckVerdict verdict = JudgeCheck(machine, health, report.problems);
+  output.Write(
+      FormatLine(verdict.status, Describe(verdict, machine), FormatPerformance(machine, health)));
+  return verdict.status;
 }
 
-std::string UnknownCheckLine(const std::string& why) { return Line(kCheckUnknown, why, ""); }
+std::string UnknownCheckLine(const std::string& why) { return FormatLine(kCheckUnknown, why, ""); }

@@ -33,7 +33,7 @@ class TextWriter {
             const std::vector<Span>& pieces, std::string_view gap);
 
   /// As Flow, the words of a text as the pieces.
-  void FlowWords(const std::vector<Span>& start, const std::string& indent, const std::string& text,
+  void FlowWords(const std::vector<Span>& start, const std::string& indent, std::string_view text,
                  Tint tint = Tint::kPlain);
 
   const Display& GetDisplay() const { return display_; }
@@ -43,18 +43,7 @@ class TextWriter {
   Sink& output_;
 };
 
-/// One row of a tree that is a table, too.
-struct TreeRow {
-  std::string name;
-  Tint tint = Tint::kPlain;  ///< Of the name.
-  std::vector<Span> cells;   ///< One for each column behind the name; the last may be missing.
-  std::vector<TreeRow> children;
-};
-
-/// Writes rows with their children below them, in columns; one that is empty in all rows is left
-/// out. Columns that do not fit the width follow below their row, with their titles. `titles` are
-/// those of the name and the cells. Each line begins with `indent`.
-void WriteTree(TextWriter& writer, const std::string& indent,
-               const std::vector<std::string>& titles, const std::vector<TreeRow>& rows);
+/// The words of a text, separated by single blanks, as pieces to flow.
+std::vector<Span> WordsOf(std::string_view text, Tint tint = Tint::kPlain);
 
 #endif  // INVENTORY_PRINT_FLOW_H_

@@ -1,13 +1,14 @@
 #include "inventory/print/mof_printer.h"
 
-#include <chrono>
-#include <cstdio>
 #include <map>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "inventory/base/program.h"
 #include "inventory/base/readable.h"
+#include "inventory/print/mof_literal.h"
 #include "standin/schema.h"
 
 namespace {
@@ -103,17 +104,18 @@ class MofPrinter {
 
   void PrintProperty(const standin::StoredProperty& property) {
     const TCIMValue& value = property.value;
+    const std::string name = Readable(*property.name);
     if (value.IsNull()) return;
     if (!value.IsArray()) {
-      output_.Write("  " + *property.name + " = " + Literal(value) + ";\n");
+      output_.Write("  " + name + " = " + Literal(value) + ";\n");
       return;
     }
     // Not every reader of MOF takes an empty pair of braces.
     if (value.GetArray().empty()) {
-      output_.Write("  // " + *property.name + " is an empty array.\n");
+      output_.Write("  // " + name + " is an empty array.\n");
       return;
     }
-    output_.Write("  " + *property.name + " = {");
+    output_.Write("  " + name + " = {");
     const char* separator = "\n    ";
     for (const TCIMValue& element : value.GetArray()) {
       output_.Write(separator + Literal(element));
@@ -151,60 +153,3 @@ class MofPrinter {
 }  // namespace
 
 void PrintMof(const Report& report, Sink& output) { MofPrinter(report, output).Print(); }
-
-std::string MofString(const std::string& text) {
-  static constexpr std::string_view kEscaped = "\b\t\n\f\r\"\\";
-  static constexpr std::string_view kLetters = "btnfr\"\\";
-  std::string literal = "\"";
-  const std::string valid = ValidUtf8(text);
-  for (std::size_t i = 0; i < valid.size(); ++i) {
-    const char c = valid[i];
-    auto code = static_cast<unsigned char>(c);
-    if (const auto escape = kEscaped.find(c); escape != std::string_view::npos) {
-      literal += '\\';
-      literal += kLetters[escape];
-      continue;
-    }
-    if (code == 0) {
-      literal += "\uFFFD";  // a MOF string holds no NUL, however it is written
-      continue;
-    }
-    // Of the characters of two bytes, those behind 0xC2 0x80 to 0x9F are controls.
-    const bool is_high = code == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
-    if (is_high) code = static_cast<unsigned char>(valid[++i]);
-    if (code < ' ' || code == 0x7F || is_high) {
-      char escape[16];
-      std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(code));
-      literal += escape;
-    } else {
-      literal += c;
-    }
-  }
-  return literal + "\"";
-}
-
-std::string MofDateTime(const std::string& text) {
-  if (text.size() != 25) return "**************.******+000";
-  const auto number = [&text](std::size_t at, std::size_t count) {
-    return static_cast<unsigned>(std::stoul(text.substr(at, count)));
-  };
-  const auto date =
-      std::chrono::year(static_cast<int>(number(0, 4))) / std::chrono::month(number(4, 2));
-  const struct {
-    std::size_t at;
-    bool is_possible;
-  } fields[] = {
-      {4, date.month().ok()},   {6, (date / std::chrono::day(number(6, 2))).ok()},
-      {8, number(8, 2) < 24},   {10, number(10, 2) < 60},
-      {12, number(12, 2) < 60},
-  };
-  std::string result = text;
-  for (const auto& field : fields) {
-    if (field.is_possible) continue;
-    for (std::size_t i = field.at; i < 21; ++i) {
-      if (result[i] != '.') result[i] = '*';
-    }
-    break;
-  }
-  return result;
-}

@@ -12,7 +12,4 @@
 /// the tools were looked for, to be named when they found nothing.
 void PrintText(const Report& report, const std::string& root, const Display& display, Sink& output);
 
-/// Writes the instances themselves for a person, property by property, values in readable form.
-void PrintInstances(const Report& report, const Display& display, Sink& output);
-
 #endif  // INVENTORY_PRINT_TEXT_REPORT_H_

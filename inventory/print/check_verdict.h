@@ -1,0 +1,33 @@
+#ifndef INVENTORY_PRINT_CHECK_VERDICT_H_
+#define INVENTORY_PRINT_CHECK_VERDICT_H_
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "inventory/base/problem.h"
+#include "inventory/machine/health.h"
+#include "inventory/machine/machine.h"
+
+/// How a check ends, as monitoring systems read the exit status of their plug-ins.
+enum CheckStatus : int {
+  kCheckOk = 0,
+  kCheckWarning = 1,
+  kCheckCritical = 2,
+  kCheckUnknown = 3,
+};
+
+/// A check's status and what led to it.
+struct CheckVerdict {
+  CheckStatus status = kCheckOk;
+  std::vector<std::string> unknowns;  ///< Why nothing that was found can be relied on.
+  std::vector<Finding> findings;      ///< The machine's, then a warning for each tool that failed.
+  std::size_t critical = 0;           ///< How many of the findings, the first ones.
+};
+
+/// Unknown when there is no controller or the collection threw, whatever was found, and when a tool
+/// that is there failed in all its runs, unless something critical was found.
+CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
+                        const std::vector<Problem>& problems);
+
+#endif  // INVENTORY_PRINT_CHECK_VERDICT_H_

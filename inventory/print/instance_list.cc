@@ -1,0 +1,56 @@
+#include "inventory/print/instance_list.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "inventory/base/readable.h"
+#include "inventory/print/flow.h"
+
+namespace {
+
+void PrintProperty(const std::string& name, const NKVXHMZ20::TCIMValue& value,
+                   const std::string& indent, TextWriter& writer) {
+  std::string start = "  " + name;
+  start.append(std::max(WidthOf(start) + 2, indent.size()) - WidthOf(start), ' ');
+  std::vector<Span> lead = {{start, Tint::kFaint}};
+  if (!value.IsArray()) {
+    writer.FlowWords(lead, indent, Readable(value.ToString()));
+    return;
+  }
+  for (const auto& element : value.GetArray()) {
+    writer.FlowWords(lead, indent, ReadableLine(element.ToString()));
+    lead = {{indent}};
+  }
+  if (value.GetArray().empty()) writer.Line(lead);
+}
+
+void PrintInstance(const standin::StoredInstance& instance, TextWriter& writer) {
+  writer.Line({{Readable(*instance.class_name), Tint::kStrong}});
+  std::vector<std::string> names;
+  std::size_t width = 0;
+  for (const standin::StoredProperty& property : instance.properties) {
+    width = std::max(width, WidthOf(names.emplace_back(Readable(*property.name))));
+  }
+  // Long names leave their values half of the width.
+  const std::string indent(std::min(width + 4, writer.GetDisplay().width / 2), ' ');
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    PrintProperty(names[i], instance.properties[i].value, indent, writer);
+  }
+}
+
+}  // namespace
+
+void PrintInstances(const Report& report, const Display& display, Sink& output) {
+  TextWriter writer(display, output);
+  const auto& committed = report.repository.GetCommitted();
+  for (const auto& instance : committed) {
+    if (&instance != &committed.front()) writer.Line();
+    PrintInstance(*instance, writer);
+  }
+  if (committed.empty()) writer.Line({{"No instances."}});
+  for (const Problem& problem : report.problems) {
+    writer.FlowWords({{"Not collected: ", Tint::kWarning}}, "  ",
+                     Readable(problem.what + ": " + problem.why));
+  }
+}

@@ -1,0 +1,69 @@
+#include "inventory/print/mof_literal.h"
+
+#include <chrono>
+#include <cstdio>
+#include <string_view>
+
+#include "inventory/base/readable.h"
+
+namespace {
+
+constexpr std::size_t kDateTimeWidth = 25;
+constexpr std::string_view kUnknownFields = "**************.******";  // up to the offset
+
+}  // namespace
+
+std::string MofString(const std::string& text) {
+  static constexpr std::string_view kEscaped = "\b\t\n\f\r\"\\";
+  static constexpr std::string_view kLetters = "btnfr\"\\";
+  std::string literal = "\"";
+  const std::string valid = ValidUtf8(text);
+  for (std::size_t i = 0; i < valid.size(); ++i) {
+    const char c = valid[i];
+    auto code = static_cast<unsigned char>(c);
+    if (const auto escape = kEscaped.find(c); escape != std::string_view::npos) {
+      literal += '\\';
+      literal += kLetters[escape];
+      continue;
+    }
+    if (code == 0) {
+      literal += "\uFFFD";  // a MOF string holds no NUL, however it is written
+      continue;
+    }
+    // Of the characters of two bytes, those behind 0xC2 0x80 to 0x9F are controls.
+    const bool is_high = code == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
+    if (is_high) code = static_cast<unsigned char>(valid[++i]);
+    if (code < ' ' || code == 0x7F || is_high) {
+      char escape[16];
+      std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(code));
+      literal += escape;
+    } else {
+      literal += c;
+    }
+  }
+  return literal + "\"";
+}
+
+std::string MofDateTime(const std::string& text) {
+  if (text.size() != kDateTimeWidth) return std::string(kUnknownFields) + "+000";
+  const auto number = [&text](std::size_t at, std::size_t count) {
+    return static_cast<unsigned>(std::stoul(text.substr(at, count)));
+  };
+  const auto month =
+      std::chrono::year(static_cast<int>(number(0, 4))) / std::chrono::month(number(4, 2));
+  const struct {
+    std::size_t at;
+    bool is_possible;
+  } fields[] = {
+      {4, month.month().ok()},  {6, (month / std::chrono::day(number(6, 2))).ok()},
+      {8, number(8, 2) < 24},   {10, number(10, 2) < 60},
+      {12, number(12, 2) < 60},
+  };
+  std::string result = text;
+  for (const auto& field : fields) {
+    if (field.is_possible) continue;
+    const std::string_view unknown = kUnknownFields.substr(field.at);
+    return result.replace(field.at, unknown.size(), unknown);
+  }
+  return result;
+}
