@@ -9,6 +9,7 @@
 namespace {
 
 constexpr std::size_t kDateTimeWidth = 25;
+constexpr char kEarliestDateTime[] = "00010101000000.000000+000";
 constexpr std::string_view kUnknownFields = "**************.******";  // up to the offset
 
 }  // namespace
@@ -45,7 +46,7 @@ std::string MofString(const std::string& text) {
 }
 
 std::string MofDateTime(const std::string& text) {
-  if (text.size() != kDateTimeWidth) return std::string(kUnknownFields) + "+000";
+  if (text.size() != kDateTimeWidth || text.starts_with("0000")) return kEarliestDateTime;
   const auto number = [&text](std::size_t at, std::size_t count) {
     return static_cast<unsigned>(std::stoul(text.substr(at, count)));
   };

@@ -6,8 +6,9 @@
 /// A text as a MOF string literal, quotes included.
 std::string MofString(const std::string& text);
 
-/// A date-time of 25 characters whose impossible fields, and all behind the first of them, are
-/// asterisks; the offset stays. Of a text of another length nothing is possible.
+/// A CIM date-time that every reader of MOF can represent. Of one of 25 characters and a year other
+/// than 0, the first impossible field and all behind it are asterisks; the offset stays. Of any
+/// other, nothing can be said: it becomes the earliest date-time, "00010101000000.000000+000".
 std::string MofDateTime(const std::string& text);
 
 #endif  // INVENTORY_PRINT_MOF_LITERAL_H_
