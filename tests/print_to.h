@@ -38,4 +38,10 @@ inline NKVXHMZ20::TCIMReference Commit(standin::Repository& repository, const ch
   }
 }
 
+inline NKVXHMZ20::TCIMValue ArrayOf(NKVXHMZ20::TCIMValue::ECIMType type,
+                                    NKVXHMZ20::TCIMValue::Array elements) {
+  const std::size_t count = elements.size();
+  return {NKVXHMZ20::TCIMValue::TCIMType(type), count, std::move(elements)};
+}
+
 #endif  // TESTS_PRINT_TO_H_

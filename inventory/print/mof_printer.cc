@@ -21,6 +21,12 @@ bool IsReference(const TCIMValue& value) {
   return value.GetType().GetCode() == TCIMValue::kReference;
 }
 
+bool IsIdentifier(std::string_view name) {
+  static constexpr std::string_view kCharacters =
+      "_0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  return !name.empty() && name.find_first_not_of(kCharacters) == std::string_view::npos;
+}
+
 class MofPrinter {
  public:
   MofPrinter(const Report& report, Sink& output) : report_(report), output_(output) {
@@ -60,6 +66,7 @@ class MofPrinter {
       if (value == nullptr || value->IsNull()) return "it lacks a key";
     }
     for (const standin::StoredProperty& property : instance.properties) {
+      if (!IsIdentifier(*property.name)) return "the name of a property is none in MOF";
       if (IsReference(property.value) && AliasOf(property.value).empty()) {
         return "it refers to an instance that does not stand before it";
       }
@@ -104,18 +111,17 @@ class MofPrinter {
 
   void PrintProperty(const standin::StoredProperty& property) {
     const TCIMValue& value = property.value;
-    const std::string name = Readable(*property.name);
     if (value.IsNull()) return;
     if (!value.IsArray()) {
-      output_.Write("  " + name + " = " + Literal(value) + ";\n");
+      output_.Write("  " + *property.name + " = " + Literal(value) + ";\n");
       return;
     }
     // Not every reader of MOF takes an empty pair of braces.
     if (value.GetArray().empty()) {
-      output_.Write("  // " + name + " is an empty array.\n");
+      output_.Write("  // " + *property.name + " is an empty array.\n");
       return;
     }
-    output_.Write("  " + name + " = {");
+    output_.Write("  " + *property.name + " = {");
     const char* separator = "\n    ";
     for (const TCIMValue& element : value.GetArray()) {
       output_.Write(separator + Literal(element));

@@ -1,0 +1,160 @@
+// JSON, MOF and the list: the views of the instances as they are.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "inventory/base/program.h"
+#include "inventory/print/instance_list.h"
+#include "inventory/print/json_printer.h"
+#include "inventory/print/mof_literal.h"
+#include "inventory/print/mof_printer.h"
+#include "tests/mof_reader.h"
+#include "tests/print_to.h"
+#include "tests/publish_machine.h"
+
+namespace {
+
+using NKVXHMZ20::TCIMDateTime;
+using NKVXHMZ20::TCIMReference;
+using NKVXHMZ20::TCIMValue;
+
+std::string Json(const Report& report) {
+  return Printed([&](Sink& output) { PrintJson(report, output); });
+}
+
+std::string Mof(const Report& report) {
+  return Printed([&](Sink& output) { PrintMof(report, output); });
+}
+
+std::string List(const Report& report, std::size_t width) {
+  return Printed([&](Sink& output) { PrintInstances(report, {width, true, true}, output); });
+}
+
+/// What is expected of a document does not name the version.
+void CompareDocument(const std::string& name, std::string document) {
+  const auto version = document.find(kProgramVersion);
+  ASSERT_NE(version, std::string::npos);
+  CompareExpected(name, document.replace(version, std::strlen(kProgramVersion), "VERSION"));
+}
+
+/// Every kind of value, and all that a printer has a rule for.
+void CommitOddValues(standin::Repository& repository) {
+  const auto commit_disk = [&](const char* id) {
+    return Commit(repository, "KVXSG_krLogicalDisk",
+                  {{"SystemCreationClassName", "S"},
+                   {"SystemName", "h"},
+                   {"CreationClassname", "C"},
+                   {"DeviceID", id},
+                   {"Size", TCIMValue()}});
+  };
+  const auto commit_event = [&](const TCIMDateTime& time) {
+    Commit(repository, "KVXSG_LogRecord_RAIDMgrEvent",
+           {{"LogCreationClassName", "L"},
+            {"LogName", "n"},
+            {"CreationClassName", "C"},
+            {"RecordID", "1"},
+            {"MessageTimestamp", TCIMValue(time)},
+            {"Severity", ""},
+            {"MachineName", ""},
+            {"Message",
+             "a\tb \"\\\x01\xc2\x9b"
+             "f\xff\xc3(\xe2\x82"}});
+  };
+  const auto associate = [&](const TCIMReference& stripes, const TCIMReference& element) {
+    Commit(repository, "KVXSG_ElementBadStripeData",
+           {{"Stats", stripes}, {"ManagedElement", element}});
+  };
+  const TCIMReference absent(nullptr, "KVXSG_krLogicalDisk", {{"Z", "z"}, {"A", "\xff"}});
+
+  const TCIMReference disk = commit_disk("1\n");
+  const TCIMReference stripes = Commit(repository, "KVXSG_BadStripeData", {{"InstanceID", "B"}});
+  associate(stripes, disk);
+  associate(stripes, absent);
+  commit_disk("1\n");
+  commit_disk("\xfe");
+  commit_disk("\xff");  // another path, but not when it is written
+  commit_event(TCIMDateTime(2005, 0, 5, 13, 2, 3, 0, -300));
+  commit_event(TCIMDateTime());
+  commit_event(TCIMDateTime(2005, 1, 5, 300, 2, 3, 0, 0));
+  Commit(repository, "KVXSG_DiskGroup", {});
+  Commit(repository, "KVXSG_krRawData",
+         {{"Command", "c"}, {"RawResults", ArrayOf(TCIMValue::kString, {})}});
+  Commit(
+      repository, "KVXSG_krRawData",
+      {{"Command", "c 2"},
+       {"RawResults", ArrayOf(TCIMValue::kString, {"  two   columns\n", "", "\x1b[2J\tthree"})}});
+  Commit(repository, "KVXSG_krRawData", {{"Command", "c 3"}, {"\x1b[2J \xc3\xbc", "odd name"}});
+  Commit(repository, "a\x1b b; }",
+         {{"Nul", std::string("a\0b", 3)},
+          {"Uint16", TCIMValue(std::uint16_t{66})},
+          {"Uint32s", ArrayOf(TCIMValue::kUint32,
+                              {TCIMValue(std::uint32_t{4294967295}), TCIMValue(std::uint32_t{0})})},
+          {"ANameThatIsTooLongForAHalf", "has its value below, where that one does not fit beside"},
+          {"Path", absent}});
+}
+
+TEST(InstancePrinters, WriteEveryKindOfValue) {
+  standin::Repository repository;
+  CommitOddValues(repository);
+  const Report report{"host \"x\"\n1", 1, {{"tool\n", "why \x1b"}}, repository};
+  CompareDocument("odd_values/inventory.json", Json(report));
+  const std::string mof = Mof(report);
+  CompareDocument("odd_values/inventory.mof", mof);
+  EXPECT_EQ(ReadMof(ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof"), mof).instances.size(), 11U);
+  CompareExpected("odd_values/list_44.txt", List(report, 44));
+}
+
+TEST(InstancePrinters, SayThatThereIsNothing) {
+  const standin::Repository repository;
+  const Report report{"h", 0, {}, repository};
+  EXPECT_TRUE(Json(report).ends_with("\"problems\": [],\n  \"instances\": []\n}\n"));
+  EXPECT_EQ(List(report, 60), "No instances.\n");
+}
+
+TEST(InstancePrinters, WriteMofOfTheSampleMachineThatAStrictReaderTakes) {
+  const auto repository = PublishSampleMachine();
+  const std::string mof = Mof({"h", 0, {}, *repository});
+  CompareDocument("sample/inventory.mof", mof);
+  EXPECT_NO_THROW(ReadMof(ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof"), mof));
+}
+
+TEST(MofLiteral, EscapesTexts) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", R"("")"},
+      {"it's \"a\\b\"", R"("it's \"a\\b\"")"},
+      {"\b\t\n\f\r", R"("\b\t\n\f\r")"},
+      {"\x01\x1f"
+       "f\x7f",
+       R"("\x0001\x001Ff\x007F")"},
+      {"\xc2\x80\xc2\x9f\xc2\xa0\xc3\xa9", "\"\\x0080\\x009F\xc2\xa0\xc3\xa9\""},
+      {"a\xff\xc3(", "\"a\xef\xbf\xbd\xef\xbf\xbd(\""},
+      {std::string("a\0b", 3),
+       "\"a\xef\xbf\xbd"
+       "b\""},
+  };
+  for (const auto& [text, literal] : cases) EXPECT_EQ(MofString(text), literal);
+}
+
+TEST(MofLiteral, HoldsADateTimeThatCanBeRepresented) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"20041231235959.000001-300", "20041231235959.000001-300"},
+      {"20040229000000.000000+000", "20040229000000.000000+000"},
+      {"00010101000000.000000+000", "00010101000000.000000+000"},
+      {"99991231235959.999999+999", "99991231235959.999999+999"},
+      {"20050229000000.000000+060", "200502********.******+060"},
+      {"20050014180000.000000+000", "2005**********.******+000"},
+      {"00011314180000.000000-300", "0001**********.******-300"},
+      {"20050400180000.000000+000", "200504********.******+000"},
+      {"20050431180000.000000+000", "200504********.******+000"},
+      {"20050430240000.000000+000", "20050430******.******+000"},
+      {"20050430236000.000000+000", "2005043023****.******+000"},
+      {"20050430235960.000000+000", "200504302359**.******+000"},
+      {"00000000000000.000000+000", "00010101000000.000000+000"},
+      {"00000430235959.000000-300", "00010101000000.000000+000"},
+      {"200504302359600.000000+000", "00010101000000.000000+000"},
+  };
+  for (const auto& [time, expected] : cases) EXPECT_EQ(MofDateTime(time), expected);
+}
+
+}  // namespace

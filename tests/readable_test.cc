@@ -1,0 +1,48 @@
+#include "inventory/base/readable.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+#define REPLACED "\xef\xbf\xbd"  // U+FFFD
+
+TEST(Readable, LetsNoControlReachATerminal) {
+  const struct {
+    std::string text;
+    std::string lines;
+    std::string one_line;
+    std::string blanks;
+    std::string readable;
+  } cases[] = {
+      {"a\tb\nc\r", "a\tb\nc?", "a\tb?c?", "a b c ", "a b c"},
+      {" \v x \f\n  y\n", " ? x ?\n  y\n", " ? x ??  y?", "   x     y ", "x y"},
+      {"\x1b[2J\x7f\b", "?[2J??", "?[2J??", "?[2J??", "?[2J??"},
+      {std::string("\0a", 2), "?a", "?a", "?a", "?a"},
+      {"\x1f \x0e", "? ?", "? ?", "? ?", "? ?"},
+      // U+0080, U+009F and U+00A0; U+1080, whose last byte is that of a control.
+      {"\xc2\x80\xc2\x9f\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0"},
+      {"\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80"},
+      // No UTF-8: a raw control of the second set, half a character, at the end, too.
+      {"\x9b"
+       "1\xc3(\xc2",
+       REPLACED "1" REPLACED "(" REPLACED, REPLACED "1" REPLACED "(" REPLACED,
+       REPLACED "1" REPLACED "(" REPLACED, REPLACED "1" REPLACED "(" REPLACED},
+      {"", "", "", "", ""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Sanitized(c.text, Layout::kLines), c.lines);
+    EXPECT_EQ(Sanitized(c.text, Layout::kOneLine), c.one_line);
+    EXPECT_EQ(Sanitized(c.text, Layout::kBlanks), c.blanks);
+    EXPECT_EQ(Readable(c.text), c.readable);
+  }
+}
+
+TEST(Readable, CountsColumnsAndThings) {
+  EXPECT_EQ(ReadableLine("  a   b\t\n"), "  a   b");
+  EXPECT_EQ(WidthOf("a\xc3\xbc\xe2\x94\x9c"), 3U);
+  EXPECT_EQ(Counted(0, "device") + Counted(1, "device") + Counted(2, "device"),
+            "0 devices1 device2 devices");
+  EXPECT_EQ(Lower("AZ@[az\xc3\x9c"), "az@[az\xc3\x9c");
+}
+
+}  // namespace
