@@ -1,6 +1,10 @@
 #include "hmz/api.h"
 #include "plugin/kraid_callbacks.h"
 
+#ifdef NDEBUG
+#error "Null pointers from the host are found by assertions: build the plug-in without NDEBUG."
+#endif
+
 /// The library's entry: creates the callbacks object, which registers itself with the host.
 extern "C" HMZ_API void KRPluginInit();
 
