@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "inventory/command/collection.h"
+#include "inventory/command/ending_signals.h"
 #include "inventory/command/exit_status.h"
 #include "inventory/command/log_file.h"
 #include "inventory/command/options.h"

@@ -1,54 +1,14 @@
 #include "inventory/command/output_file.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
-#include <csignal>
 #include <cstring>
-
-#include "standin/process.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
-
-// The unfinished file, for the signal handler; "" when there is none. It changes only while the
-// ending signals are blocked.
-char unfinished_file[PATH_MAX] = "";
-
-void EndBySignal(int number) {
-  standin::KillRunningProcess();
-  if (unfinished_file[0] != '\0') unlink(unfinished_file);
-  signal(number, SIG_DFL);
-  raise(number);  // so that the caller sees how this program ended
-}
-
-sigset_t EndingSignals() {
-  sigset_t set;
-  sigemptyset(&set);
-  for (const int number : kEndingSignals) sigaddset(&set, number);
-  return set;
-}
-
-/// Keeps the ending signals waiting while the unfinished file comes or goes.
-class SignalsBlocked {
- public:
-  SignalsBlocked() {
-    const sigset_t blocked = EndingSignals();
-    sigprocmask(SIG_BLOCK, &blocked, &before_);
-  }
-  ~SignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
- private:
-  sigset_t before_{};
-};
 
 /// The permissions of the file that is replaced, or those of any new file.
 mode_t ModeOf(const fs::path& path) {
@@ -60,19 +20,6 @@ mode_t ModeOf(const fs::path& path) {
 }
 
 }  // namespace
-
-void CleanUpOnSignals() {
-  struct sigaction action {};
-  action.sa_handler = EndBySignal;
-  action.sa_mask = EndingSignals();
-  for (const int number : kEndingSignals) {
-    struct sigaction before {};
-    sigaction(number, nullptr, &before);
-    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
-  }
-  // A reader that goes away is an error of writing, not the end of this program.
-  signal(SIGPIPE, SIG_IGN);
-}
 
 OutputFile::OutputFile(const fs::path& path) {
   std::error_code ignored;
@@ -98,19 +45,8 @@ OutputFile::OutputFile(const fs::path& path) {
 }
 
 void OutputFile::OpenTemporary() {
-  const std::string name = (target_.parent_path() / ".kraid-XXXXXX").string();
-  if (name.size() >= sizeof unfinished_file) {
-    errno = ENAMETOOLONG;
-    return Fail();
-  }
-  const SignalsBlocked blocked;
-  std::memcpy(unfinished_file, name.c_str(), name.size() + 1);
-  const int descriptor = mkostemp(unfinished_file, O_CLOEXEC);
-  if (descriptor < 0) {
-    Fail();
-    unfinished_file[0] = '\0';
-    return;
-  }
+  const int descriptor = unfinished_.Create(target_.parent_path());
+  if (descriptor < 0) return Fail();
   fchmod(descriptor, ModeOf(target_));
   file_ = fdopen(descriptor, "wb");
   if (file_ == nullptr) {
@@ -121,10 +57,6 @@ void OutputFile::OpenTemporary() {
 
 OutputFile::~OutputFile() {
   if (file_ != nullptr && file_ != stdout) std::fclose(file_);
-  if (target_.empty() || unfinished_file[0] == '\0') return;
-  const SignalsBlocked blocked;
-  unlink(unfinished_file);
-  unfinished_file[0] = '\0';
 }
 
 void OutputFile::Write(std::string_view text) {
@@ -136,9 +68,7 @@ void OutputFile::Finish() {
   if (std::fflush(file_) != 0) return Fail();
   if (target_.empty()) return;
   if (fsync(fileno(file_)) != 0) return Fail();
-  const SignalsBlocked blocked;
-  if (std::rename(unfinished_file, target_.c_str()) != 0) return Fail();
-  unfinished_file[0] = '\0';
+  if (!unfinished_.MoveTo(target_)) Fail();
 }
 
 void OutputFile::Fail() {

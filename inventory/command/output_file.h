@@ -7,14 +7,15 @@
 #include <string_view>
 
 #include "inventory/base/sink.h"
+#include "inventory/command/ending_signals.h"
 
 /// Where the document goes: standard output, or a file that gets its new content whole or not at
-/// all. Something at the path that is no regular file (a device, a pipe) is written to directly.
+/// all: an unfinished one goes with the object. Something at the path that is no regular file (a
+/// device, a pipe) is written to directly.
 class OutputFile final : public Sink {
  public:
   /// No path: standard output.
   explicit OutputFile(const std::filesystem::path& path);
-  /// Takes an unfinished file away.
   ~OutputFile() override;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -33,13 +34,10 @@ class OutputFile final : public Sink {
   void Fail();
 
   std::filesystem::path target_;
+  UnfinishedFile unfinished_;
   std::FILE* file_ = nullptr;
   std::string error_;
   bool broken_pipe_ = false;
 };
-
-/// Ends a run that a signal ends: the tool in progress and an unfinished output file go with it.
-/// Signals that the caller of this program had ignored stay ignored.
-void CleanUpOnSignals();
 
 #endif  // INVENTORY_COMMAND_OUTPUT_FILE_H_

@@ -1,0 +1,102 @@
+#include "inventory/command/ending_signals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include "standin/process.h"
+
+namespace {
+
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
+void EndBySignal(int number) {
+  standin::KillRunningProcess();
+  UnfinishedFile::RemoveAll();
+  signal(number, SIG_DFL);
+  raise(number);  // so that the caller sees how this program ended
+}
+
+sigset_t EndingSignals() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int number : kEndingSignals) sigaddset(&set, number);
+  return set;
+}
+
+/// Keeps the ending signals waiting while an unfinished file comes or goes.
+class SignalsBlocked {
+ public:
+  SignalsBlocked() {
+    const sigset_t blocked = EndingSignals();
+    sigprocmask(SIG_BLOCK, &blocked, &before_);
+  }
+  ~SignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+}  // namespace
+
+void CleanUpOnSignals() {
+  struct sigaction action {};
+  action.sa_handler = EndBySignal;
+  action.sa_mask = EndingSignals();
+  for (const int number : kEndingSignals) {
+    struct sigaction before {};
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+  }
+  // A reader that goes away is an error of writing, not the end of this program.
+  signal(SIGPIPE, SIG_IGN);
+}
+
+// The list and the paths in it, which the signal handler reads, change only while it is kept from
+// running.
+UnfinishedFile* UnfinishedFile::first_ = nullptr;
+
+UnfinishedFile::~UnfinishedFile() {
+  if (path_.empty()) return;
+  const SignalsBlocked blocked;
+  unlink(path_.c_str());
+  Forget();
+}
+
+int UnfinishedFile::Create(const std::filesystem::path& folder) {
+  const SignalsBlocked blocked;
+  path_ = (folder / ".kraid-XXXXXX").string();
+  const int descriptor = mkostemp(path_.data(), O_CLOEXEC);
+  if (descriptor < 0) {
+    path_.clear();
+  } else {
+    next_ = first_;
+    first_ = this;
+  }
+  return descriptor;
+}
+
+bool UnfinishedFile::MoveTo(const std::filesystem::path& place) {
+  const SignalsBlocked blocked;
+  if (std::rename(path_.c_str(), place.c_str()) != 0) return false;
+  Forget();
+  return true;
+}
+
+void UnfinishedFile::RemoveAll() noexcept {
+  for (const UnfinishedFile* file = first_; file != nullptr; file = file->next_) {
+    unlink(file->path_.c_str());
+  }
+}
+
+void UnfinishedFile::Forget() {
+  UnfinishedFile** link = &first_;
+  while (*link != this) link = &(*link)->next_;
+  *link = next_;
+  path_.clear();
+}

@@ -1,0 +1,37 @@
+#ifndef INVENTORY_COMMAND_ENDING_SIGNALS_H_
+#define INVENTORY_COMMAND_ENDING_SIGNALS_H_
+
+#include <filesystem>
+#include <string>
+
+/// Ends a run that a signal ends: the tool in progress and all unfinished files go with it. Signals
+/// that the caller of this program had ignored stay ignored.
+void CleanUpOnSignals();
+
+/// A file on its way to its place: until it gets there it goes with the object, and with this
+/// program when a signal ends it. Not for programs with several threads.
+class UnfinishedFile {
+ public:
+  UnfinishedFile() = default;
+  ~UnfinishedFile();
+  UnfinishedFile(const UnfinishedFile&) = delete;
+  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+  /// Makes the file, empty, under a new name in `folder`. To be called once. Returns a descriptor
+  /// to write to, which the caller closes, or -1 with errno set.
+  int Create(const std::filesystem::path& folder);
+  /// Takes the file to its place, where it stays. Returns false with errno set when it cannot.
+  bool MoveTo(const std::filesystem::path& place);
+
+  /// Removes all that there are; async-signal-safe.
+  static void RemoveAll() noexcept;
+
+ private:
+  void Forget();
+
+  static UnfinishedFile* first_;
+  UnfinishedFile* next_ = nullptr;
+  std::string path_;  // "" when there is no file
+};
+
+#endif  // INVENTORY_COMMAND_ENDING_SIGNALS_H_
