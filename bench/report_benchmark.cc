@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "inventory/command/collection.h"
@@ -52,16 +53,18 @@ void BM_SampleMachine(benchmark::State& state) {
   Options options;
   options.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
   for (const auto& known : standin::Schema()) options.classes.emplace_back(known.name);
-  const ToolMonitor tools({}, false);
+  const ToolRuns tools({}, false);
   std::map<std::string, std::string> outputs;
-  standin::Services().spawn_process = [&outputs](const std::string& program,
-                                                 const std::vector<std::string>& arguments) {
+  standin::HostServices services = standin::RealServices();
+  services.spawn_process = [&outputs](const std::string& program,
+                                      const std::vector<std::string>& arguments) {
     std::string command = program;
     for (const std::string& argument : arguments) command.append(" ").append(argument);
     const auto [found, is_new] = outputs.emplace(command, "");
     if (is_new) found->second = standin::RealServices().spawn_process(program, arguments);
     return found->second;
   };
+  const standin::ScopedServices in_force(std::move(services));
   const auto run = [&] {
     standin::Repository repository;
     const Collection collection = Collect(options, repository, tools);
@@ -70,7 +73,6 @@ void BM_SampleMachine(benchmark::State& state) {
   };
   run();  // fills the outputs
   for (auto _ : state) run();
-  standin::Services() = standin::RealServices();
   state.SetLabel(kFormatNames[state.range(0)]);
 }
 BENCHMARK(BM_SampleMachine)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);

@@ -5,7 +5,7 @@
 #include "hmz/exception.h"
 #include "inventory/command/class_list.h"
 #include "inventory/command/log_file.h"
-#include "inventory/command/tool_monitor.h"
+#include "inventory/command/tool_runs.h"
 #include "tests/machine_files.h"
 
 namespace {
@@ -19,11 +19,11 @@ TEST(LogFile, HasOneLineForEachMessage) {
   EXPECT_EQ(log.GetError(), "");
 }
 
-TEST(ToolMonitor, CountsTheFailuresOfEachToolByReason) {
+TEST(ToolRuns, CountsTheFailuresOfEachToolByReason) {
   standin::ProcessLimits limits;
   limits.time = std::chrono::milliseconds(200);
   limits.grace = std::chrono::milliseconds(200);
-  ToolMonitor tools(limits, false);
+  ToolRuns tools(limits, false);
   EXPECT_EQ(tools.Run("/bin/sh", {"-c", "echo fine; exit 7"}), "fine\n");
   for (const char* script : {"kill -9 $$", "sleep 5", "kill -9 $$"}) {
     EXPECT_THROW(tools.Run("/bin/sh", {"-c", script}), NKVXHMZ20::THMZException);

@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <ctime>
+#include <utility>
 
 #include "hmz/exception.h"
 #include "standin/process.h"
@@ -50,5 +51,10 @@ HostServices& Services() {
   static HostServices services = RealServices();
   return services;
 }
+
+ScopedServices::ScopedServices(HostServices services)
+    : before_(std::exchange(Services(), std::move(services))) {}
+
+ScopedServices::~ScopedServices() { Services() = std::move(before_); }
 
 }  // namespace standin

@@ -11,7 +11,7 @@
 namespace standin {
 
 /// The ways in which the stand-in host reaches the world outside: the one place to change them,
-/// for the runner (limits, log, progress) and for tests (canned tools, a fixed clock and name).
+/// for the command (limits, log, progress) and for tests (canned tools, a fixed clock and name).
 struct HostServices {
   /// As TOSSpecific::SpawnProcess, exceptions included.
   std::function<std::string(const std::string& program, const std::vector<std::string>& arguments)>
@@ -27,6 +27,18 @@ HMZ_API HostServices RealServices();
 
 /// What is in force in this process; starts as RealServices().
 HMZ_API HostServices& Services();
+
+/// Puts other services in force for as long as it lives, and then those from before again.
+class HMZ_API ScopedServices {
+ public:
+  explicit ScopedServices(HostServices services);
+  ~ScopedServices();
+  ScopedServices(const ScopedServices&) = delete;
+  ScopedServices& operator=(const ScopedServices&) = delete;
+
+ private:
+  HostServices before_;
+};
 
 }  // namespace standin
 

@@ -7,12 +7,15 @@
 #include <string_view>
 #include <utility>
 
+#include "inventory/command/watched_class.h"
+#include "schema/published_texts.h"
 #include "standin/plugin_manager.h"
 
 namespace {
 
-/// What the exception in flight means to a person who has to look for its cause.
-Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor& tools) {
+/// What the exception in flight means to a person who has to look for its cause. `publishing` is
+/// the class that was being published; "" before the first.
+Problem DescribeFailure(const std::string& publishing, const ToolRuns& tools) {
   std::string text = "an unknown exception";
   bool out_of_range = false;
   try {
@@ -23,11 +26,9 @@ Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor
   } catch (...) {
   }
 
-  if (!repository.GetLastNamedClass().empty()) {
-    return {"class " + repository.GetLastNamedClass(), "publishing it failed: " + text};
-  }
+  if (!publishing.empty()) return {"class " + publishing, "publishing it failed: " + text};
   if (tools.GetLastRun().empty()) return {"collection", "it failed before any tool ran: " + text};
-  if (out_of_range && text == "vector") {
+  if (out_of_range && text == kOutputEndsTooEarly) {
     return {tools.GetLastRun(),
             "its output ends too early: lines that have to follow, such as the closing one, are "
             "missing (the error's own text is \"" +
@@ -43,18 +44,19 @@ Problem DescribeFailure(const standin::Repository& repository, const ToolMonitor
 
 }  // namespace
 
-Collection Collect(const Options& options, standin::Repository& repository,
-                   const ToolMonitor& tools) {
+Collection Collect(const Options& options, standin::Repository& repository, const ToolRuns& tools) {
   Collection collection;
+  std::string publishing;
   std::vector<Problem>& failures = collection.failures;
   try {
     standin::LoadedPlugin plugin(options.plugin);
     for (int pass = 0; pass < options.passes; ++pass) {
-      repository.ForgetNamedClass();
+      publishing.clear();
       const std::size_t committed_before = repository.GetCommitted().size();
       std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;
       for (const std::string& name : options.classes) {
-        classes.push_back(repository.GetOrDeclareClass(name));
+        classes.push_back(
+            boost::make_shared<WatchedClass>(repository.GetOrDeclareClass(name), publishing));
       }
       // The caller keeps the repository; the plug-in only gets to see it.
       const boost::shared_ptr<NKVXHMZ20::ICIMNamespace> cim_namespace(
@@ -62,7 +64,7 @@ Collection Collect(const Options& options, standin::Repository& repository,
       try {
         plugin.GetQueries().GetData(cim_namespace, classes);
       } catch (...) {
-        Problem failure = DescribeFailure(repository, tools);
+        Problem failure = DescribeFailure(publishing, tools);
         failure.extent = Problem::Extent::kCollection;
         if (std::find(failures.begin(), failures.end(), failure) == failures.end()) {
           failures.push_back(std::move(failure));

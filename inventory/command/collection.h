@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "inventory/command/options.h"
-#include "inventory/command/tool_monitor.h"
+#include "inventory/command/tool_runs.h"
 #include "standin/repository.h"
 
 struct Collection {
@@ -19,7 +19,6 @@ struct Collection {
 /// Loads the plug-in, asks it for the classes as often as the options say and unloads it. What it
 /// commits is in the repository, also when it throws: each pass is made even when an earlier one
 /// ended so.
-Collection Collect(const Options& options, standin::Repository& repository,
-                   const ToolMonitor& tools);
+Collection Collect(const Options& options, standin::Repository& repository, const ToolRuns& tools);
 
 #endif  // INVENTORY_COMMAND_COLLECTION_H_

@@ -3,14 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
-#include <map>
 #include <span>
 #include <string_view>
 
 #include "inventory/base/program.h"
 #include "inventory/command/class_list.h"
 #include "inventory/command/exit_status.h"
-#include "inventory/command/terminal.h"
+#include "inventory/command/messages.h"
 #include "standin/schema.h"
 
 namespace {

@@ -1,5 +1,5 @@
-#ifndef INVENTORY_COMMAND_TOOL_MONITOR_H_
-#define INVENTORY_COMMAND_TOOL_MONITOR_H_
+#ifndef INVENTORY_COMMAND_TOOL_RUNS_H_
+#define INVENTORY_COMMAND_TOOL_RUNS_H_
 
 #include <map>
 #include <string>
@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "inventory/base/problem.h"
-#include "inventory/command/terminal.h"
+#include "inventory/command/progress_line.h"
 #include "standin/process.h"
 
 /// Runs the tools for the plug-in, within limits, and remembers how that went.
-class ToolMonitor {
+class ToolRuns {
  public:
-  ToolMonitor(const standin::ProcessLimits& limits, bool show_error_output)
+  ToolRuns(const standin::ProcessLimits& limits, bool show_error_output)
       : limits_(limits), show_error_output_(show_error_output) {}
 
   /// As TOSSpecific::SpawnProcess.
@@ -42,4 +42,4 @@ class ToolMonitor {
   std::map<std::string, Record> records_;
 };
 
-#endif  // INVENTORY_COMMAND_TOOL_MONITOR_H_
+#endif  // INVENTORY_COMMAND_TOOL_RUNS_H_

@@ -1,14 +1,7 @@
-#ifndef INVENTORY_COMMAND_TERMINAL_H_
-#define INVENTORY_COMMAND_TERMINAL_H_
+#ifndef INVENTORY_COMMAND_PROGRESS_LINE_H_
+#define INVENTORY_COMMAND_PROGRESS_LINE_H_
 
 #include <string>
-
-/// Writes one line to standard error, behind this program's name; Sanitized.
-void Complain(const std::string& text);
-
-/// Says on standard error why nothing can be answered; a check has its line on standard output all
-/// the same. Returns how to end: with `exit_status`, or as an unknown check.
-int Refuse(const std::string& why, bool is_check, int exit_status);
 
 /// What a person sees on standard error while the tools run: one line that is written over and over
 /// on a terminal, nothing elsewhere.
@@ -19,6 +12,7 @@ class ProgressLine {
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
 
+  /// Shows the text, Sanitized, as far as it fits.
   void Show(const std::string& text);
   /// Takes the line away, before something else is written.
   void Clear();
@@ -28,4 +22,4 @@ class ProgressLine {
   bool shown_ = false;
 };
 
-#endif  // INVENTORY_COMMAND_TERMINAL_H_
+#endif  // INVENTORY_COMMAND_PROGRESS_LINE_H_

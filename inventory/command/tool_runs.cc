@@ -1,4 +1,4 @@
-#include "inventory/command/tool_monitor.h"
+#include "inventory/command/tool_runs.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -6,9 +6,9 @@
 
 #include "hmz/exception.h"
 #include "inventory/base/readable.h"
+#include "inventory/command/messages.h"
 
-std::string ToolMonitor::Run(const std::string& program,
-                             const std::vector<std::string>& arguments) {
+std::string ToolRuns::Run(const std::string& program, const std::vector<std::string>& arguments) {
   last_run_ = program;
   for (const std::string& argument : arguments) last_run_ += " " + argument;
   progress_.Show("run " + std::to_string(++run_count_) + ": " + last_run_);
@@ -37,7 +37,7 @@ std::string ToolMonitor::Run(const std::string& program,
   throw NKVXHMZ20::THMZException(result.failure);
 }
 
-std::vector<Problem> ToolMonitor::GetProblems() const {
+std::vector<Problem> ToolRuns::GetProblems() const {
   std::vector<Problem> problems;
   for (const std::string& program : failed_programs_) {
     const Record& record = records_.at(program);

@@ -1,0 +1,10 @@
+#ifndef INVENTORY_COMMAND_INVENTORY_RUN_H_
+#define INVENTORY_COMMAND_INVENTORY_RUN_H_
+
+#include "inventory/command/options.h"
+
+/// Collects, prints what was collected, and complains of what went wrong. Everything that can be
+/// refused is refused before a tool runs. Returns the exit status.
+int RunInventory(const Options& options);
+
+#endif  // INVENTORY_COMMAND_INVENTORY_RUN_H_
