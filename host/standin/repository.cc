@@ -51,7 +51,6 @@ struct Repository::State {
   std::vector<boost::shared_ptr<const StoredInstance>> committed;
   /// Each property name once, however many instances carry it.
   std::unordered_set<std::string> property_names;
-  std::string last_named_class;
 };
 
 /// An instance in a plug-in's hands. Commit and enumeration share the content with the repository;
@@ -109,10 +108,7 @@ class Repository::Class final : public ICIMClass {
  public:
   Class(boost::shared_ptr<State> state, ClassData& data) : state_(std::move(state)), data_(data) {}
 
-  std::string GetName() override {
-    state_->last_named_class = data_.name;
-    return data_.name;
-  }
+  std::string GetName() override { return data_.name; }
 
   boost::shared_ptr<ICIMInstance> CreateInstance(
       const std::map<std::string, TCIMValue>& keys) override {
@@ -161,9 +157,5 @@ boost::shared_ptr<ICIMClass> Repository::GetOrDeclareClass(const std::string& na
 const std::vector<boost::shared_ptr<const StoredInstance>>& Repository::GetCommitted() const {
   return state_->committed;
 }
-
-const std::string& Repository::GetLastNamedClass() const { return state_->last_named_class; }
-
-void Repository::ForgetNamedClass() { state_->last_named_class.clear(); }
 
 }  // namespace standin

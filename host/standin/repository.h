@@ -41,11 +41,6 @@ class HMZ_API Repository final : public NKVXHMZ20::ICIMNamespace {
   /// Everything that was committed, in the order of the commits, duplicates included.
   const std::vector<boost::shared_ptr<const StoredInstance>>& GetCommitted() const;
 
-  /// The class whose name a plug-in asked for last, which is the one that it is filling; "" since
-  /// the last ForgetNamedClass.
-  const std::string& GetLastNamedClass() const;
-  void ForgetNamedClass();
-
  private:
   struct State;
   class Class;
