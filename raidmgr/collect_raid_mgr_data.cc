@@ -5,9 +5,9 @@
 
 #include "collect/tool_run.h"
 #include "hmz/os_specific.h"
-#include "model/collected_data.h"
 #include "model/owned.h"
 #include "raidmgr/log_time_stamp.h"
+#include "schema/published_texts.h"
 
 using NKVXHMZ20::TOSSpecific;
 
@@ -20,6 +20,28 @@ std::string_view TakeField(std::string_view& line) {
   return field;
 }
 
+std::string_view WithoutTrailingWhiteSpace(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(" \t\n") + 1);
+}
+
+/// As std::fgets, which would hide where a line with NULs ends: up to and with the next "\n", at
+/// most 511 characters, "" at the end of the file or when reading fails.
+std::string ReadLine(std::FILE* file) {
+  constexpr std::size_t kLongest = 511;
+  char line[kLongest];
+  std::size_t length = 0;
+  while (length < kLongest) {
+    const int c = getc_unlocked(file);
+    if (c == EOF) {
+      if (std::feof(file) == 0) return "";
+      break;
+    }
+    line[length++] = static_cast<char>(c);
+    if (c == '\n') break;
+  }
+  return {line, length};
+}
+
 }  // namespace
 
 CollectRaidMgrData::CollectRaidMgrData(NKVXHMZ20::TPluginManagerProvider* /*provider*/,
@@ -27,7 +49,7 @@ CollectRaidMgrData::CollectRaidMgrData(NKVXHMZ20::TPluginManagerProvider* /*prov
     : install_directory_(std::move(install_directory)) {
   if (!SetRaidMgrPath()) return;
   // Nothing is started. It is what stands for an entry until the first line is read.
-  KrRaidMgrError("SpawnedProcess: ./kraid/krmgr.sh ");
+  KrRaidMgrError(kManagerLogOpened);
   initialized_ = OpenRaidMgrLog();
 }
 
@@ -68,18 +90,20 @@ void CollectRaidMgrData::KrRaidMgrError(const std::string& text) {
 
 bool CollectRaidMgrData::GetNextRaidMgrLogLine() {
   record_id_ = "1";
+  if (log_file_ == nullptr) return false;
   if (std::feof(log_file_.get()) != 0) {
-    KrRaidMgrError("No RAID Manager log entries.");
+    KrRaidMgrError(kManagerLogEnded);
     LogMessage("Unexpected end of file reached.");
     return false;
   }
-  char buffer[512];
-  if (std::fgets(buffer, sizeof buffer, log_file_.get()) == nullptr) return false;
-  std::string_view line = buffer;
-  time_stamp_ = ParseLogTimeStamp(TakeField(line));
-  severity_ = CollectedData::krRemoveTrailingWhiteSpace(TakeField(line));
-  machine_name_ = TakeField(line);
-  message_ = TakeField(line);
+  const std::string line = ReadLine(log_file_.get());
+  if (line.empty()) return false;
+  // A NUL is a character like any other: only tabs cut a line.
+  std::string_view rest = line;
+  time_stamp_ = ParseLogTimeStamp(TakeField(rest));
+  severity_ = WithoutTrailingWhiteSpace(TakeField(rest));
+  machine_name_ = TakeField(rest);
+  message_ = TakeField(rest);
   return true;
 }
 

@@ -37,7 +37,7 @@ class CollectRaidMgrData {
   /// end leaves the entry; every call after the end was met makes up an entry and logs a message.
   /// That is the first of them already when the last line has no "\n", as the end was met in
   /// reading it. At most 511 characters, the "\n" included, are read at once: what is longer is
-  /// read in pieces, each as a line of its own. Only for an initialised reader.
+  /// read in pieces, each as a line of its own. False, too, when no log is open.
   bool GetNextRaidMgrLogLine();
 
   NKVXHMZ20::TCIMDateTime GetTimeStamp() const { return time_stamp_; }
@@ -46,7 +46,7 @@ class CollectRaidMgrData {
   std::string GetMachineName() const { return machine_name_; }
   std::string GetMessage() const { return message_; }  // with the line's "\n"
 
-  /// The last call: no line can be read behind it.
+  /// No line can be read behind it.
   void CloseRaidMgrLog() { log_file_.reset(); }
 
  private:
