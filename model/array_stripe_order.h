@@ -3,18 +3,13 @@
 
 #include <string>
 
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// The order in which the member drives of one array are striped.
-class ArrayStripeOrder {
+class ArrayStripeOrder : public KRaidRecord {
  public:
-  explicit ArrayStripeOrder(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~ArrayStripeOrder() = default;
-  ArrayStripeOrder(const ArrayStripeOrder&) = delete;
-  ArrayStripeOrder& operator=(const ArrayStripeOrder&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the array's line in kelvcmd's "getconfig", on which the cursor stands, and the one line
   /// behind it when that continues the list; the cursor is then on it.
@@ -30,7 +25,6 @@ class ArrayStripeOrder {
   void SetConfigArcConfData(CollectedData* cursor, const std::string& controller_num,
                             const std::string& logical_drive_num);
 
-  std::string GetControllerNum() const { return controller_num_; }
   /// The key of the array; see model/identifiers.h.
   std::string GetCollectionID() const { return collection_id_; }
   /// The array's letter; the whole line with the newer tools.
@@ -41,7 +35,6 @@ class ArrayStripeOrder {
   void DisplayAll() const;
 
  private:
-  std::string controller_num_;
   std::string collection_id_;
   std::string array_data_;
   std::string stripe_order_;

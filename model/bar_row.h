@@ -2,8 +2,12 @@
 #define MODEL_BAR_ROW_H_
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
+
+#include "model/collected_data.h"
 
 /// Cuts a table row with columns between bars: "n | first | second |". What stands before the
 /// first bar is passed over.
@@ -24,5 +28,27 @@ class BarRow {
   std::string_view line_;
   std::size_t bar_;  // the bar reached; npos behind the last one
 };
+
+/// Where a column loses its white space.
+enum class Trim { kFront, kBothEnds };
+
+/// The field that takes the next column.
+template <class Record>
+struct ColumnRow {
+  std::string Record::*field;
+  Trim trim = Trim::kFront;
+};
+
+/// Reads one column for each row, in the order of the rows.
+template <class Record>
+void ReadColumns(BarRow& columns, std::type_identity_t<std::span<const ColumnRow<Record>>> rows,
+                 Record& record) {
+  for (const auto& [field, trim] : rows) {
+    record.*field = columns.NextColumn();
+    if (trim == Trim::kBothEnds) {
+      record.*field = CollectedData::krRemoveTrailingWhiteSpace(record.*field);
+    }
+  }
+}
 
 #endif  // MODEL_BAR_ROW_H_

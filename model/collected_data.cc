@@ -3,6 +3,8 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "schema/published_texts.h"
+
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\n";
@@ -21,7 +23,7 @@ CollectedData::CollectedData(NKVXHMZ20::TPluginManagerProvider* /*provider*/,
 
 const std::string& CollectedData::LineAt(std::int32_t index) const {
   if (index < 0 || static_cast<std::size_t>(index) >= lines_.size()) {
-    throw std::out_of_range("vector");
+    throw std::out_of_range(kOutputEndsTooEarly);
   }
   return lines_[static_cast<std::size_t>(index)];
 }

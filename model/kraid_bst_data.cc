@@ -8,16 +8,14 @@
 void KRaidBstData::SetConfigData(CollectedData* cursor, const std::string& controller_num) {
   static constexpr std::string_view kLabel = "Logical drive ";
   controller_num_ = controller_num;
+  // The line's end is missing behind a NUL, and again where the drive's number was cut out.
   std::string text = CollectedData::krRemoveLeadingWhiteSpace(cursor->GetCurrentLine());
   if (const auto label = text.find(kLabel); label != std::string::npos) {
     text = CutShortOf(text, label + kLabel.size(), text.find('\n', label));
     logical_drive_num_ = std::to_string(ToInt32(text));
   }
   if (const auto dash = text.find('-'); dash != std::string::npos) {
-    // No line end is left where the drive's number was cut out.
-    const auto end = text.find('\n', dash);
-    const std::string count =
-        end == std::string::npos ? text.substr(dash + 1) : CutShortOf(text, dash + 1, end);
+    const std::string count = CutShortOf(text, dash + 1, text.find('\n', dash));
     bad_stripe_num_ = std::to_string(ToInt32(CollectedData::krRemoveLeadingWhiteSpace(count)));
   }
 }

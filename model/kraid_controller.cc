@@ -11,9 +11,9 @@
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
-#include "model/label_row.h"
 #include "model/record_identifiers.h"
 #include "model/text.h"
+#include "schema/published_texts.h"
 
 namespace {
 
@@ -21,7 +21,8 @@ constexpr char kNotProvided[] = "Not provided";
 
 }  // namespace
 
-KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
+KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* provider)
+    : KRaidRecord(provider) {}
 
 KRaidController::~KRaidController() = default;
 
@@ -37,29 +38,20 @@ std::string KRaidController::ParseControllerData(std::string_view label, std::st
   return std::string(text.substr(colon + 2, end - colon - 1));
 }
 
-struct KRaidController::ConfigRow {
-  const char* label;
-  std::string KRaidController::*field;
-  const char* when_empty = "";
-};
-
 bool KRaidController::ReadConfig(const std::string& config_text, int controller_num,
-                                 std::span<const ConfigRow> rows) {
+                                 std::span<const AnywhereRow<KRaidController>> rows) {
   controller_num_ = std::to_string(controller_num);
-  if (!Contains(config_text, "Controller information")) return false;
-  // Each label is looked for in the whole output, not in its section: the first place wins. A short
-  // label takes the first line that holds it.
-  for (const ConfigRow& row : rows) {
-    this->*row.field = ParseControllerData(row.label, config_text);
-    if ((this->*row.field).empty()) this->*row.field = row.when_empty;
-  }
+  if (!Contains(config_text, kControllerHeading)) return false;
+  ReadAnywhere(rows, *this, [&config_text](const char* label) {
+    return ParseControllerData(label, config_text);
+  });
   controller_found_ = true;
   return true;
 }
 
 void KRaidController::SetConfigData(const std::string& config_text, int controller_num) {
   using K = KRaidController;
-  static constexpr ConfigRow kRows[] = {
+  static constexpr AnywhereRow<K> kRows[] = {
       {"Controller type", &K::controller_type_},
       {"Controller FRU", &K::controller_fru_},
       {"Serial number", &K::controller_serial_number_},
@@ -94,7 +86,7 @@ void KRaidController::SetConfigData(const std::string& config_text, int controll
 
 void KRaidController::SetConfigHrconfData(const std::string& config_text, int controller_num) {
   using K = KRaidController;
-  static constexpr ConfigRow kRows[] = {
+  static constexpr AnywhereRow<K> kRows[] = {
       {"BIOS", &K::controller_actual_bios_version_, kNotProvided},
       {"Driver", &K::controller_device_driver_version_, kNotProvided},
       {"Boot", &K::controller_boot_block_version_, kNotProvided},
@@ -109,7 +101,7 @@ void KRaidController::SetConfigHrconfData(const std::string& config_text, int co
 
 void KRaidController::SetConfigArcconfData(const std::string& config_text, int controller_num) {
   using K = KRaidController;
-  static constexpr ConfigRow kRows[] = {
+  static constexpr AnywhereRow<K> kRows[] = {
       {"Controller Status", &K::controller_status_},
       {"Channel description", &K::controller_channel_description_},
       {"Controller FRU#", &K::controller_fru_},
@@ -145,7 +137,7 @@ void KRaidController::AddStatusData(CollectedData* cursor) {
   using K = KRaidController;
   // "Logical drive" and "Status" take the first line that holds those words anywhere. In a
   // "getstatus" output that is the operation block, which lists them before the longer labels.
-  static constexpr LabelRow<K> kRows[] = {
+  static constexpr AnywhereRow<K> kRows[] = {
       {"Current/most recent operation", &K::controller_current_most_recent_operation_},
       {"Logical drive", &K::controller_logical_drive_},
       {"Background operation active", &K::controller_background_operation_active_},
@@ -153,7 +145,7 @@ void KRaidController::AddStatusData(CollectedData* cursor) {
       {"Logical drive size (in stripes)", &K::controller_logical_drive_size_in_stripes_},
       {"Number of remaining stripes", &K::controller_number_of_remaining_stripes_},
   };
-  for (const LabelRow<K>& row : kRows) this->*row.field = cursor->FindParseLine(row.label);
+  ReadAnywhere(kRows, *this, [cursor](const char* label) { return cursor->FindParseLine(label); });
 }
 
 void KRaidController::AddLogicalDevice(std::unique_ptr<KRaidLogicalDevice> record) {
@@ -185,11 +177,11 @@ void KRaidController::AddSubStatData(std::unique_ptr<KRaidSubStatData> record) {
 }
 
 void KRaidController::AddEventSoftData(std::unique_ptr<KRaidEventSoftData> record) {
-  event_soft_data_ = std::move(record);
+  event_soft_data_.push_back(std::move(record));
 }
 
 void KRaidController::AddEventHardData(std::unique_ptr<KRaidEventHardData> record) {
-  event_hard_data_ = std::move(record);
+  event_hard_data_.push_back(std::move(record));
 }
 
 void KRaidController::DisplayAll() const {

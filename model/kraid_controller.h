@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
+#include "model/label_row.h"
 #include "model/owned.h"
 
 class ArrayStripeOrder;
@@ -26,14 +27,10 @@ class KRaidSubStatData;
 ///
 /// Values are text as the tool printed it behind the colon, the closing "\n" included, and empty
 /// when the tool did not print their label. Nothing is trimmed.
-class KRaidController {
+class KRaidController : public KRaidRecord {
  public:
   explicit KRaidController(NKVXHMZ20::TPluginManagerProvider* provider);
-  virtual ~KRaidController();
-  KRaidController(const KRaidController&) = delete;
-  KRaidController& operator=(const KRaidController&) = delete;
-
-  virtual void InitData() {}
+  ~KRaidController() override;
 
   /// Reads the whole output of kelvcmd's "getconfig". Without a "Controller information" section
   /// only the number is set and the controller counts as not found.
@@ -54,7 +51,6 @@ class KRaidController {
   /// Whether the tool's output had the controller's configuration section.
   bool GetControllerFound() const { return controller_found_; }
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetControllerType() const { return controller_type_; }
   std::string GetControllerStatus() const { return controller_status_; }
   std::string GetControllerChannelDescription() const { return controller_channel_description_; }
@@ -126,7 +122,8 @@ class KRaidController {
   void AddEventData(std::unique_ptr<KRaidEventData> record);
   void AddEventDddData(std::unique_ptr<KRaidEventDddData> record);
   void AddSubStatData(std::unique_ptr<KRaidSubStatData> record);
-  /// There is one log of each kind: a second one takes the place of the first.
+  /// There is one log of each kind: a second one takes the place of the first, which lives on for
+  /// those who still hold it.
   void AddEventSoftData(std::unique_ptr<KRaidEventSoftData> record);
   void AddEventHardData(std::unique_ptr<KRaidEventHardData> record);
 
@@ -144,18 +141,16 @@ class KRaidController {
   std::vector<KRaidEventDddData*> GetEventDddData() const { return PointersTo(event_ddd_data_); }
   std::vector<KRaidSubStatData*> GetSubStatData() const { return PointersTo(sub_stat_data_); }
   /// Null when there is none.
-  KRaidEventSoftData* GetEventSoftData() const { return event_soft_data_.get(); }
-  KRaidEventHardData* GetEventHardData() const { return event_hard_data_.get(); }
+  KRaidEventSoftData* GetEventSoftData() const { return LatestOf(event_soft_data_); }
+  KRaidEventHardData* GetEventHardData() const { return LatestOf(event_hard_data_); }
 
   /// Writes the identity and version fields to standard output.
   void DisplayAll() const;
 
  private:
-  struct ConfigRow;
-
   /// Reads a whole "getconfig" by these rows; false when it has no "Controller information".
   bool ReadConfig(const std::string& config_text, int controller_num,
-                  std::span<const ConfigRow> rows);
+                  std::span<const AnywhereRow<KRaidController>> rows);
 
   std::vector<std::unique_ptr<KRaidLogicalDevice>> logical_devices_;
   std::vector<std::unique_ptr<KRaidPhysicalDevice>> physical_devices_;
@@ -164,9 +159,8 @@ class KRaidController {
   std::vector<std::unique_ptr<KRaidEventData>> event_data_;
   std::vector<std::unique_ptr<KRaidEventDddData>> event_ddd_data_;
   std::vector<std::unique_ptr<KRaidSubStatData>> sub_stat_data_;
-  std::unique_ptr<KRaidEventSoftData> event_soft_data_;
-  std::unique_ptr<KRaidEventHardData> event_hard_data_;
-  std::string controller_num_;
+  std::vector<std::unique_ptr<KRaidEventSoftData>> event_soft_data_;
+  std::vector<std::unique_ptr<KRaidEventHardData>> event_hard_data_;
   std::string controller_type_;
   std::string controller_status_;
   std::string controller_channel_description_;

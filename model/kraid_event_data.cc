@@ -6,26 +6,20 @@
 
 void KRaidEventData::SetConfigData(CollectedData* cursor, const std::string& controller_num) {
   using E = KRaidEventData;
-  enum class Trim { kFront, kBothEnds };
   // Which columns keep their trailing blanks is part of what is published: leave it as it is.
-  static constexpr struct {
-    std::string E::*field;
-    Trim trim;
-  } kColumns[] = {
-      {&E::channel_value_, Trim::kBothEnds}, {&E::scsi_id_value_, Trim::kBothEnds},
-      {&E::parity_value_, Trim::kFront},     {&E::soft_value_, Trim::kBothEnds},
-      {&E::hard_value_, Trim::kFront},       {&E::pfa_value_, Trim::kBothEnds},
-      {&E::misc_value_, Trim::kFront},
+  static constexpr ColumnRow<E> kColumns[] = {
+      {&E::channel_value_, Trim::kBothEnds},
+      {&E::scsi_id_value_, Trim::kBothEnds},
+      {&E::parity_value_},
+      {&E::soft_value_, Trim::kBothEnds},
+      {&E::hard_value_},
+      {&E::pfa_value_, Trim::kBothEnds},
+      {&E::misc_value_},
   };
   controller_num_ = controller_num;
   const std::string line = cursor->GetCurrentLine();
-  BarRow row(line);
-  for (const auto& [field, trim] : kColumns) {
-    this->*field = row.NextColumn();
-    if (trim == Trim::kBothEnds) {
-      this->*field = CollectedData::krRemoveTrailingWhiteSpace(this->*field);
-    }
-  }
+  BarRow columns(line);
+  ReadColumns(columns, kColumns, *this);
   statistic_time_value_ = NKVXHMZ20::TOSSpecific::GetLocalTime();
 }
 

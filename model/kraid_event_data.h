@@ -4,24 +4,18 @@
 #include <string>
 
 #include "hmz/cim_date_time.h"
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// One row of a controller's device event table: how often what happened to a device.
-class KRaidEventData {
+class KRaidEventData : public KRaidRecord {
  public:
-  explicit KRaidEventData(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~KRaidEventData() = default;
-  KRaidEventData(const KRaidEventData&) = delete;
-  KRaidEventData& operator=(const KRaidEventData&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the line on which the cursor stands; the cursor stays. Throws std::out_of_range when it
   /// stands on none. Columns that the row lacks stay empty.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num);
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetChannelValue() const { return channel_value_; }
   std::string GetScsiIDValue() const { return scsi_id_value_; }
   std::string GetParityValue() const { return parity_value_; }
@@ -35,7 +29,6 @@ class KRaidEventData {
   void DisplayAll() const;
 
  private:
-  std::string controller_num_;
   std::string channel_value_;
   std::string scsi_id_value_;
   std::string parity_value_;

@@ -5,25 +5,19 @@
 #include <string>
 
 #include "hmz/cim_date_time.h"
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// One entry of a controller's log of defunct drives.
-class KRaidEventDddData {
+class KRaidEventDddData : public KRaidRecord {
  public:
-  explicit KRaidEventDddData(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~KRaidEventDddData() = default;
-  KRaidEventDddData(const KRaidEventDddData&) = delete;
-  KRaidEventDddData& operator=(const KRaidEventDddData&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the line on which the cursor stands; the cursor stays.
   /// Throws std::out_of_range when the date or the time is too short to be cut, THMZException when
   /// what was cut is no date and time.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num, int record_num);
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetDateValue() const { return date_value_; }  // mm/dd/yyyy
   std::string GetTimeValue() const { return time_value_; }  // hh:mm:ss
   std::string GetChannelValue() const { return channel_value_; }
@@ -38,7 +32,6 @@ class KRaidEventDddData {
   void DisplayAll() const;
 
  private:
-  std::string controller_num_;
   std::string date_value_;
   std::string time_value_;
   std::string channel_value_;

@@ -7,24 +7,17 @@
 #include <vector>
 
 #include "hmz/cim_date_time.h"
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// A log of event words in hexadecimal: what the soft and the hard event log have in common, which
 /// is everything but their names.
-class KRaidEventWords {
+class KRaidEventWords : public KRaidRecord {
  public:
-  virtual ~KRaidEventWords() = default;
-  KRaidEventWords(const KRaidEventWords&) = delete;
-  KRaidEventWords& operator=(const KRaidEventWords&) = delete;
-
-  virtual void InitData() {}
-
   /// Reads the whole log. The cursor stands on its heading, in the end on "Command completed
   /// successfully". Throws std::out_of_range when that line is missing.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num);
 
-  std::string GetControllerNum() const { return controller_num_; }
   /// The heading as it is printed.
   std::string GetNumberOfEntriesValue() const { return number_of_entries_value_; }
   std::string GetRecordIdValue() const { return record_id_value_; }
@@ -34,28 +27,27 @@ class KRaidEventWords {
   void DisplayAll() const;
 
  protected:
-  KRaidEventWords() = default;
+  using KRaidRecord::KRaidRecord;
 
   std::vector<std::uint32_t> values_;
 
  private:
-  std::string controller_num_;
   std::string number_of_entries_value_;
   std::string record_id_value_;
   std::unique_ptr<NKVXHMZ20::TCIMDateTime> date_time_value_;
 };
 
 /// A controller's log of soft events.
-class KRaidEventSoftData final : public KRaidEventWords {
+class KRaidEventSoftData : public KRaidEventWords {
  public:
-  explicit KRaidEventSoftData(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
+  using KRaidEventWords::KRaidEventWords;
   std::vector<std::uint32_t> GetSoftEventValues() const { return values_; }
 };
 
 /// A controller's log of hard events.
-class KRaidEventHardData final : public KRaidEventWords {
+class KRaidEventHardData : public KRaidEventWords {
  public:
-  explicit KRaidEventHardData(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
+  using KRaidEventWords::KRaidEventWords;
   std::vector<std::uint32_t> GetHardEventValues() const { return values_; }
 };
 

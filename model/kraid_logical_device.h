@@ -4,19 +4,14 @@
 #include <string>
 #include <string_view>
 
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// One logical drive of a controller. Values are untrimmed: the blank behind the colon and the
 /// closing "\n" are part of them.
-class KRaidLogicalDevice {
+class KRaidLogicalDevice : public KRaidRecord {
  public:
-  explicit KRaidLogicalDevice(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~KRaidLogicalDevice() = default;
-  KRaidLogicalDevice(const KRaidLogicalDevice&) = delete;
-  KRaidLogicalDevice& operator=(const KRaidLogicalDevice&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the drive's lines in kelvcmd's "getconfig". The cursor stands on the heading, and in
   /// the end on the last line that belongs to the drive. The drive's number comes first here, the
@@ -36,7 +31,6 @@ class KRaidLogicalDevice {
   /// there is none.
   std::string ParseLogicalDeviceData(std::string_view label, std::string_view text) const;
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetLogicalDriveNum() const { return logical_drive_num_; }
   std::string GetLogicalDriveName() const { return logical_drive_name_; }
   std::string GetStatusOfLogicalDrive() const { return status_of_logical_drive_; }
@@ -57,7 +51,6 @@ class KRaidLogicalDevice {
   void DisplayAll() const;
 
  private:
-  std::string controller_num_;
   std::string logical_drive_num_;
   std::string logical_drive_name_;
   std::string status_of_logical_drive_;

@@ -4,20 +4,15 @@
 #include <span>
 #include <string>
 
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 #include "model/label_row.h"
 
 /// One device on a channel of a controller: a disk, a tape, an enclosure or another one. Values
 /// are untrimmed: the blank behind the colon and the closing "\n" are part of them.
-class KRaidPhysicalDevice {
+class KRaidPhysicalDevice : public KRaidRecord {
  public:
-  explicit KRaidPhysicalDevice(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~KRaidPhysicalDevice() = default;
-  KRaidPhysicalDevice(const KRaidPhysicalDevice&) = delete;
-  KRaidPhysicalDevice& operator=(const KRaidPhysicalDevice&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the device's lines in kelvcmd's "getconfig". The cursor stands on the line before
   /// "Device is a", and in the end on the last line that belongs to the device. The controller's
@@ -35,7 +30,6 @@ class KRaidPhysicalDevice {
 
   void SetScsiID(const std::string& scsi_id) { scsi_id_ = scsi_id; }
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetChannelNum() const { return channel_num_; }
   std::string GetDeviceType() const { return device_type_; }
   std::string GetDeviceSerialNum() const { return device_serial_num_; }
@@ -70,7 +64,6 @@ class KRaidPhysicalDevice {
                        const std::string& channel_num, const std::string& device_label,
                        Rows hard_drive_rows);
 
-  std::string controller_num_;
   std::string channel_num_;
   std::string device_type_;
   std::string device_serial_num_;

@@ -10,11 +10,13 @@
 void KRaidSubStatData::SetConfigData(CollectedData* cursor, const std::string& /*controller_num*/) {
   using S = KRaidSubStatData;
   enum class End { kBlank, kBeforeNewline };
-  static constexpr struct {
+  // A value directly behind its key, and where it ends.
+  struct KeyRow {
     std::string_view key;
     std::string S::*field;
     End end;
-  } kKeys[] = {
+  };
+  static constexpr KeyRow kKeys[] = {
       {"A:", &S::controller_num_, End::kBlank},
       {"C:", &S::channel_value_, End::kBlank},
       {"I:", &S::scsi_id_value_, End::kBlank},

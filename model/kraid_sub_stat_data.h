@@ -4,25 +4,19 @@
 #include <string>
 
 #include "hmz/cim_date_time.h"
-#include "hmz/plugin_management.h"
 #include "model/collected_data.h"
+#include "model/kraid_record.h"
 
 /// One row of a controller's sub-statistics: how a device transfers.
-class KRaidSubStatData {
+class KRaidSubStatData : public KRaidRecord {
  public:
-  explicit KRaidSubStatData(NKVXHMZ20::TPluginManagerProvider* /*provider*/) {}
-  virtual ~KRaidSubStatData() = default;
-  KRaidSubStatData(const KRaidSubStatData&) = delete;
-  KRaidSubStatData& operator=(const KRaidSubStatData&) = delete;
-
-  virtual void InitData() {}
+  using KRaidRecord::KRaidRecord;
 
   /// Reads the line on which the cursor stands; the cursor stays. Throws std::out_of_range when it
   /// stands on none. Keys that the row lacks leave their fields empty. The controller's number is
   /// the one in the row: the argument is not used, on purpose.
   void SetConfigData(CollectedData* cursor, const std::string& controller_num);
 
-  std::string GetControllerNum() const { return controller_num_; }
   std::string GetChannelValue() const { return channel_value_; }
   std::string GetScsiIDValue() const { return scsi_id_value_; }
   std::string GetInstanceIDValue() const { return instance_id_value_; }
@@ -36,7 +30,6 @@ class KRaidSubStatData {
   void DisplayAll() const;
 
  private:
-  std::string controller_num_;
   std::string channel_value_;
   std::string scsi_id_value_;
   std::string instance_id_value_;

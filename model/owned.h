@@ -13,4 +13,10 @@ std::vector<T*> PointersTo(const std::vector<std::unique_ptr<T>>& owned) {
   return pointers;
 }
 
+/// The one that was added last; null when there is none.
+template <class T>
+T* LatestOf(const std::vector<std::unique_ptr<T>>& owned) {
+  return owned.empty() ? nullptr : owned.back().get();
+}
+
 #endif  // MODEL_OWNED_H_

@@ -3,8 +3,10 @@
 
 #include <string>
 
-// The identifiers that records make of texts alone; plugin/identifiers.h has those that need whole
-// records. The pieces go in as they are, every byte of them, without padding.
+#include "schema/published_texts.h"
+
+// The identifiers that records make of texts alone; plugin/instance_identifiers.h has those that
+// need whole records. The pieces go in as they are, every byte of them, without padding.
 
 /// "KelvaRAID1"
 inline std::string ControllerIdentifier(const std::string& controller_num) {
@@ -20,7 +22,7 @@ inline std::string ArrayIdentifier(const std::string& controller_num, const std:
 inline std::string DriveArrayIdentifier(const std::string& controller_num,
                                         const std::string& logical_drive_num,
                                         const std::string& stripe_order) {
-  return "KelvaRaidCntrlr" + controller_num + "LogicalDrv" + logical_drive_num + stripe_order;
+  return "KelvaRaidCntrlr" + controller_num + kGroupsDriveMark + logical_drive_num + stripe_order;
 }
 
 /// The newer tools' devices, "Controller: 0Device #3". It is the channel that stands there, not the

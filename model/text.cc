@@ -3,7 +3,9 @@
 #include <cstdlib>
 
 std::string CutShortOf(std::string_view text, std::size_t begin, std::size_t end) {
-  if (end == std::string_view::npos || end <= begin + 1) return "";
+  if (begin > text.size()) return "";
+  if (end == std::string_view::npos) return std::string(text.substr(begin));
+  if (end <= begin + 1) return "";
   return std::string(text.substr(begin, end - begin - 1));
 }
 

@@ -21,8 +21,8 @@ inline bool ContainsAny(std::string_view text, std::span<const std::string_view>
 
 /// The text from `begin` up to one character short of `end`: how values of fixed
 /// layouts are cut, on purpose. In the tools' layout that character is a blank, or part of a unit
-/// behind the value; where it is not, the value loses its last character. "" when `end` is npos or
-/// nothing is left.
+/// behind the value; where it is not, the value loses its last character. All the rest of the text
+/// when `end` is npos, "" when nothing is left.
 std::string CutShortOf(std::string_view text, std::size_t begin, std::size_t end);
 
 /// The number at the start of the text, in base 10: white space is skipped, reading stops at the

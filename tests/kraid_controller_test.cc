@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/fields.h"
+#include "model/kraid_event_words.h"
 
 namespace {
 
@@ -30,46 +30,32 @@ TEST(ParseControllerData, CutsTheValueOfTheFirstPlaceWithTheLabel) {
   }
 }
 
-TEST(KRaidController, ReadsWhatFollowsItsHeading) {
-  constexpr auto kKelvcmd = &K::SetConfigData;
-  constexpr auto kHrconf = &K::SetConfigHrconfData;
-  constexpr auto kArcconf = &K::SetConfigArcconfData;
-  const struct {
-    void (K::*read)(const std::string&, int);
-    const char* text;
-    const char* fields;  // type, FRU, BIOS, firmware, driver, boot block, battery and identifier
-  } cases[] = {
-      {kKelvcmd, "Firmware version : f\n", "|||f$||||KelvaRAID3|"},
-      {kHrconf, "Firmware : f\nBIOS : 1\nDriver : 2\nBoot : 3\nStatus : 4\nController type : t\n",
-       "||1$|Not provided|2$|3$|||"},
-      {kHrconf, "", "||Not provided|Not provided|Not provided|Not provided|||"},
-      // The battery's status is the controller's, whose line comes first.
-      {kArcconf, "Controller Status : 1\nStatus : 2\nController Model : m\nController type : t\n",
-       "m$||Not provided|Not provided|Not provided|Not provided|1$||"},
-      {kArcconf, "Controller FRU : 2\nController FRU# : 3\nController type : t\n",
-       "t$|2$|Not provided|Not provided|Not provided|Not provided|||"},
-      {kArcconf, "Controller Model :\nController type : t\n",
-       "t$||Not provided|Not provided|Not provided|Not provided|||"},
-      {kArcconf, "", "Unnamed HostRAID||Not provided|Not provided|Not provided|Not provided|||"},
-  };
-  for (const auto& [read, text, expected] : cases) {
-    SCOPED_TRACE(text);
-    const auto fields = [](const K& controller) {
-      return Fields<K>(
-          controller,
-          {&K::GetControllerType, &K::GetControllerFRU, &K::GetControllerActualBiosVersion,
-           &K::GetControllerFirmwareVersion, &K::GetControllerDeviceDriverVersion,
-           &K::GetControllerBootBlockVersion, &K::GetBatteryStatus, &K::GetControllerDeviceID});
-    };
+/// A log that tells when it goes.
+template <class Log>
+struct Watched : Log {
+  using Log::Log;
+  ~Watched() override { ++gone; }
+  static inline int gone = 0;
+};
+
+TEST(KRaidController, GivesTheLatestLogAndKeepsTheOneBefore) {
+  using Soft = Watched<KRaidEventSoftData>;
+  using Hard = Watched<KRaidEventHardData>;
+  {
     K controller(nullptr);
-    (controller.*read)(text, 2);
-    EXPECT_FALSE(controller.GetControllerFound());
-    EXPECT_EQ(controller.GetControllerNum() + fields(controller), "2||||||||");
-    (controller.*read)(std::string("Controller information\n") + text, 3);
-    EXPECT_TRUE(controller.GetControllerFound());
-    EXPECT_EQ(controller.GetControllerNum(), "3");
-    EXPECT_EQ(fields(controller), expected);
+    EXPECT_TRUE(controller.GetEventSoftData() == nullptr &&
+                controller.GetEventHardData() == nullptr);
+    for (int i = 0; i < 2; ++i) {
+      auto* soft = new Soft(nullptr);
+      auto* hard = new Hard(nullptr);
+      controller.AddEventSoftData(std::unique_ptr<Soft>(soft));
+      controller.AddEventHardData(std::unique_ptr<Hard>(hard));
+      EXPECT_EQ(controller.GetEventSoftData(), soft);
+      EXPECT_EQ(controller.GetEventHardData(), hard);
+    }
+    EXPECT_EQ(Soft::gone + Hard::gone, 0);
   }
+  EXPECT_EQ(Soft::gone + Hard::gone, 4);
 }
 
 }  // namespace

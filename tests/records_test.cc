@@ -1,19 +1,25 @@
-// The records of all tools: lines in, fields out.
+// The records of all tools: outputs in, fields out.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+#include <sstream>
 #include <stdexcept>
 
 #include "hmz/exception.h"
 #include "model/array_stripe_order.h"
 #include "model/kraid_bst_data.h"
+#include "model/kraid_controller.h"
 #include "model/kraid_event_data.h"
 #include "model/kraid_event_ddd_data.h"
 #include "model/kraid_event_words.h"
 #include "model/kraid_logical_device.h"
 #include "model/kraid_physical_device.h"
 #include "model/kraid_sub_stat_data.h"
-#include "tests/fields.h"
+#include "model/markers.h"
+#include "schema/published_texts.h"
+#include "tests/machine_files.h"
 
 namespace {
 
@@ -21,299 +27,252 @@ using A = ArrayStripeOrder;
 using B = KRaidBstData;
 using D = KRaidEventDddData;
 using E = KRaidEventData;
+using K = KRaidController;
 using L = KRaidLogicalDevice;
 using P = KRaidPhysicalDevice;
 using S = KRaidSubStatData;
+using W = KRaidEventSoftData;
 
-constexpr char kNext[] = "next\n";
+/// Names and values.
+using Field = std::pair<std::string, std::string>;
+using Fields = std::vector<Field>;
 
-/// What a record makes of a text on whose first line the cursor stands: the fields, then the line
-/// that is read next, if kNext stands at the end. `arguments` follow the cursor.
-template <auto kRead, class Record, class... Arguments>
-std::string Read(const std::string& text,
-                 std::initializer_list<std::string (Record::*)() const> getters,
-                 Arguments... arguments) {
-  CollectedData cursor(nullptr, text);
+template <class... T>
+Fields Join(const T&... fields) {
+  return {fields...};
+}
+
+#define F(name) Field(#name, record.Get##name())
+
+Fields FieldsOf(const A& record) {
+  return Join(F(ControllerNum), F(CollectionID), F(ArrayData), F(StripeOrder));
+}
+
+Fields FieldsOf(const B& record) {
+  return Join(F(ControllerNum), F(LogicalDriveNum), F(BadStripeNum));
+}
+
+Fields FieldsOf(const D& record) {
+  return Join(F(ControllerNum), F(DateValue), F(TimeValue), F(ChannelValue), F(IdValue),
+              F(ReasonValue), F(DescriptionValue), F(RecordIdValue));
+}
+
+Fields FieldsOf(const E& record) {
+  return Join(F(ControllerNum), F(ChannelValue), F(ScsiIDValue), F(ParityValue), F(SoftValue),
+              F(HardValue), F(PFAValue), F(MiscValue));
+}
+
+Fields FieldsOf(const K& record) {
+  return Join(Field("Found", record.GetControllerFound() ? "yes" : ""), F(ControllerNum),
+              F(ControllerDeviceID), F(ControllerType), F(ControllerStatus),
+              F(ControllerChannelDescription), F(ControllerFRU), F(controllerSerialNumber),
+              F(ControllerPartNumber), F(ControllerActualBiosVersion), F(ControllerFirmwareVersion),
+              F(ControllerBootBlockVersion), F(ControllerDeviceDriverVersion),
+              F(ControllerSlotInformation), F(ClusterSolutionVersion), F(ControllerCopybackEnabled),
+              F(ControllerVPD), F(ControllerECVersion), F(BatteryStatus), F(BatteryOverTemp),
+              F(BatteryCapacity), F(BatteryFRU), F(BatteryTimeRemaining), F(ControllerName),
+              F(ControllerSCSIChannelDescription), F(ControllerInitiatorsIDs),
+              F(ControllerMaximumPhysicalDevices), F(ControllerDefuncDiskDriveCount),
+              F(ControllerLogicalDrives), F(ControllerReadaheadCacheSetting),
+              F(ControllerStripeUnitSize), F(ControllerRebuildRate), F(ControllerHotSwapRebuild),
+              F(ControllerDataScrubbing), F(HotSpareCopyBack), F(ControllerPartOfCluster),
+              F(ControllerUnattendedMode), F(ControllerConcurrentCommandsSupported),
+              F(ControllerConfigurationUpdateCount), F(ControllerCurrentMostRecentOperation),
+              F(ControllerLogicalDrive), F(ControllerBackgroundOperationActive),
+              F(ControllerLastCommandStatus), F(ControllerLogicalDriveSizeInStripes),
+              F(ControllerNumberOfRemainingStripes));
+}
+
+Fields FieldsOf(const L& record) {
+  return Join(F(ControllerNum), F(LogicalDriveNum), F(LogicalDriveName), F(StatusOfLogicalDrive),
+              F(AdditionalInformation), F(RaidLevel), F(Size), F(ReadCacheStatus),
+              F(WriteCacheStatus), F(WriteCacheSetting), F(NumberOfChunks), F(StripeUnitSize),
+              F(AccessBlocked), F(PartOfArray), F(PartOfMergeGroup), F(LogicalDriveList));
+}
+
+Fields FieldsOf(const P& record) {
+  return Join(F(ControllerNum), F(ChannelNum), F(DeviceNum), F(DeviceType), F(ScsiID), F(Pfa),
+              F(State), F(Size), F(Fru), F(DeviceID), F(DeviceCode), F(FirmwareVer),
+              F(DeviceSerialNum), F(TransferSpeed), F(ReportedChannel), F(Enclosure), F(Vendor),
+              F(Model), F(WorldWideName), F(WriteCache));
+}
+
+Fields FieldsOf(const S& record) {
+  return Join(F(ControllerNum), F(ChannelValue), F(ScsiIDValue), F(ParamsValue), F(Req_OffValue),
+              F(Max_Txer_PValue), F(Cur_Txer_PValue), F(InstanceIDValue));
+}
+
+Fields FieldsOf(const W& record) {
+  std::string values;
+  for (const auto value : record.GetSoftEventValues()) values += std::to_string(value) + " ";
+  return Join(F(ControllerNum), F(NumberOfEntriesValue), F(RecordIdValue), Field("Values", values));
+}
+
+#undef F
+
+const Fields kOutOfRange = {{"out_of_range", "yes"}};
+
+/// What a record makes of an output, the cursor on the given line of it: its fields, and how many
+/// lines were read, that one included. Its texts are "1", "2" and "3", in the order in which it
+/// takes them.
+template <class Record, auto kRead>
+Fields Read(const std::string& text, std::size_t line) {
   Record record(nullptr);
-  try {
-    (record.*kRead)(&cursor, arguments...);
-    const std::string fields = Fields<Record>(record, getters);
-    return text.ends_with(kNext) ? fields + cursor.GetNextLine() : fields;
-  } catch (const std::out_of_range&) {
-    return "out of range";
-  } catch (const NKVXHMZ20::THMZException&) {
-    return "junk";
-  }
-}
-
-/// Texts, and what becomes of them.
-using Cases = std::vector<std::pair<std::string, std::string>>;
-
-template <auto kRead, class Record, class... Arguments>
-void Expect(std::initializer_list<std::string (Record::*)() const> getters, const Cases& cases,
-            Arguments... arguments) {
-  for (const auto& [text, outcome] : cases) {
-    EXPECT_EQ((Read<kRead, Record>(text, getters, arguments...)), outcome) << text;
-  }
-}
-
-using Reader = std::string (*)(const std::string& text);
-
-template <auto kRead>
-std::string Drive(const std::string& text) {
-  return Read<kRead, L>(
-      text,
-      {&L::GetLogicalDriveName, &L::GetStatusOfLogicalDrive, &L::GetAdditionalInformation,
-       &L::GetRaidLevel, &L::GetSize, &L::GetReadCacheStatus, &L::GetWriteCacheStatus,
-       &L::GetWriteCacheSetting, &L::GetNumberOfChunks, &L::GetStripeUnitSize, &L::GetAccessBlocked,
-       &L::GetPartOfArray, &L::GetPartOfMergeGroup, &L::GetLogicalDriveList},
-      "7", "2");
-}
-
-template <auto kRead, class... Label>
-std::string Device(const std::string& text, Label... label) {
-  return Read<kRead, P>(text,
-                        {&P::GetDeviceType, &P::GetScsiID, &P::GetPfa, &P::GetState, &P::GetSize,
-                         &P::GetFru, &P::GetTransferSpeed, &P::GetReportedChannel, &P::GetEnclosure,
-                         &P::GetVendor, &P::GetModel, &P::GetWriteCache, &P::GetWorldWideName,
-                         &P::GetFirmwareVer, &P::GetDeviceSerialNum, &P::GetDeviceID},
-                        "2", "1", label...);
-}
-
-constexpr Reader kKelvcmdDevice = [](const std::string& text) {
-  return Device<&P::SetConfigData>(text);
-};
-constexpr Reader kHrconfDevice = [](const std::string& text) {
-  return Device<&P::SetConfigHrconfData>(text, "Device #3");
-};
-constexpr Reader kArcconfDevice = [](const std::string& text) {
-  return Device<&P::SetConfigArcconfData>(text, "Device #3");
-};
-
-TEST(Records, KnowWhichOfTheirLinesMayBeMissing) {
-  const struct {
-    Reader read;
-    std::string head;
-    std::vector<std::string> labels;  // with "?" in front where the line may be missing
-  } formats[] = {
-      {Drive<&L::SetConfigData>,
-       "Logical drive number 7 \n",
-       {"Status of logical drive", "?Additional information", "RAID level", "Size (in MB)",
-        "Write cache status", "Number of chunks", "Stripe-unit size", "Access blocked",
-        "Part of array", "?Part of merge group"}},
-      {Drive<&L::SetConfigHrconfData>,
-       "Logical drive number 7 \n",
-       {"?Logical drive name", "?RAID level", "?Status of logical drive", "?Additional information",
-        "Size", "?Write cache status", "Number of chunks", "?Stripe-unit size"}},
-      {Drive<&L::SetConfigArcconfData>,
-       "Logical drive number 7 \n",
-       {"Logical drive name", "RAID level", "Status of logical drive", "Size", "Read-cache mode",
-        "Write-cache mode", "Write-cache setting", "Number of chunks", "?Stripe-unit size",
-        "?Drive(s)"}},
-      {kKelvcmdDevice,
-       "Target\nDevice is a Processor device\n",
-       {"SCSI ID", "PFA (Yes/No)", "State", "Size (in MB)/(in sectors)", "Device ID",
-        "?FRU part number"}},
-      {kHrconfDevice,
-       "Device #3\nDevice is a Hard drive\n",
-       {"State", "Transfer Speed", "?Reported Channel", "?Reported Enclosure", "Vendor", "Model",
-        "Firmware", "?Serial number", "?World-wide name", "Size", "Write Cache", "FRU", "PFA"}},
-      {kArcconfDevice,
-       "Device #3\nDevice is a Hard drive\n",
-       {"State", "Transfer Speed", "Reported Channel", "?Reported Enclosure", "Vendor", "Model",
-        "Firmware", "?Serial no.", "?World-wide name", "Size", "Write Cache", "FRU", "PFA"}},
-      {kHrconfDevice,
-       "Device #3\nDevice is a Enclosure\n",
-       {"State", "?Transfer Speed", "?Reported Channel", "Vendor", "Model", "Firmware"}},
-      {kArcconfDevice,
-       "Device #3\nDevice is a Unknown\n",
-       {"State", "?Reported Channel", "Vendor", "Model", "Firmware"}},
-  };
-  for (const auto& format : formats) {
-    const std::vector<std::string>& labels = format.labels;
-    /// The record, with another text in the place of one line.
-    const auto outcome = [&format, &labels](std::size_t place, const std::string& other) {
-      std::string text = format.head;
-      for (std::size_t i = 0; i < labels.size(); ++i) {
-        const std::string line =
-            labels[i].substr(labels[i].starts_with('?') ? 1 : 0) + " : " + std::to_string(i) + "\n";
-        text += i == place ? other : line;
-      }
-      return format.read(text + "first\nsecond\nnext\n");
-    };
-    const std::string whole = outcome(labels.size(), "");
-    EXPECT_TRUE(whole.ends_with("|first\n")) << whole;
-    for (std::size_t i = 0; i < labels.size(); ++i) {
-      SCOPED_TRACE(format.head + labels[i]);
-      const std::string value = " " + std::to_string(i) + "$";
-      ASSERT_NE(whole.find(value), std::string::npos) << whole;
-      std::string expected = whole;
-      expected.erase(whole.find(value), value.size());
-      if (labels[i].starts_with('?')) {
-        EXPECT_EQ(outcome(i, ""), expected);
+  if constexpr (requires { (record.*kRead)(text, 1); }) {
+    (record.*kRead)(text, 1);
+    return FieldsOf(record);
+  } else {
+    CollectedData cursor(nullptr, text);
+    for (std::size_t i = 0; i < line; ++i) cursor.GetNextLine();
+    try {
+      if constexpr (requires { (record.*kRead)(&cursor); }) {
+        (record.*kRead)(&cursor);
+      } else if constexpr (requires { (record.*kRead)(&cursor, "1"); }) {
+        (record.*kRead)(&cursor, "1");
+      } else if constexpr (requires { (record.*kRead)(&cursor, "1", 26); }) {
+        (record.*kRead)(&cursor, "1", 26);
+      } else if constexpr (requires { (record.*kRead)(&cursor, "1", "2"); }) {
+        (record.*kRead)(&cursor, "1", "2");
       } else {
-        EXPECT_NE(outcome(i, ""), expected);  // those behind it are read in a wrong place
-        EXPECT_EQ(outcome(i, "other : x\n"), expected);
+        (record.*kRead)(&cursor, "1", "2", "3");
+      }
+    } catch (const std::out_of_range&) {
+      return kOutOfRange;
+    } catch (const NKVXHMZ20::THMZException&) {
+      return {{"junk", "yes"}};
+    }
+    Fields fields = FieldsOf(record);
+    auto lines = std::count(text.begin(), text.end(), '\n') - static_cast<std::ptrdiff_t>(line);
+    try {
+      for (;; --lines) cursor.GetNextLine();
+    } catch (const std::out_of_range&) {
+      fields.emplace_back("lines", std::to_string(lines));
+    }
+    return fields;
+  }
+}
+
+using Reader = Fields (*)(const std::string& text, std::size_t line);
+
+/// Where records begin: at each line with the mark in the outputs of a command.
+constexpr struct {
+  const char* command;
+  const char* mark;
+  Reader read;
+} kPlaces[] = {
+    {"kelvcmd getconfig", kControllerHeading, Read<K, &K::SetConfigData>},
+    {"kelvcmd getconfig", kLogicalDriveLabel, Read<L, &L::SetConfigData>},
+    {"kelvcmd getconfig", " stripe order", Read<A, &A::SetConfigData>},
+    {"kelvcmd getconfig", "Target", Read<P, &P::SetConfigData>},
+    {"kelvcmd getstatus", "operation:", Read<K, &K::AddStatusData>},
+    {"kelvcmd getbst", "", Read<B, &B::SetConfigData>},
+    {"kelvcmd getevent 1 device", "", Read<E, &E::SetConfigData>},
+    {"kelvcmd getevent 1 ddd", "", Read<D, &D::SetConfigData>},
+    {"kelvcmd getevent 1 soft", "Event Log", Read<W, &W::SetConfigData>},
+    {"kelvcmd getsubstat", "", Read<S, &S::SetConfigData>},
+    {"hrconf getconfig", kControllerHeading, Read<K, &K::SetConfigHrconfData>},
+    {"hrconf getconfig", kLogicalDriveLabel, Read<L, &L::SetConfigHrconfData>},
+    {"hrconf getconfig", "Stripe order", Read<A, &A::SetConfigHrconfData>},
+    {"hrconf getconfig", "Device #", Read<P, &P::SetConfigHrconfData>},
+    {"arcconf getconfig", kControllerHeading, Read<K, &K::SetConfigArcconfData>},
+    {"arcconf getconfig", kLogicalDriveLabel, Read<L, &L::SetConfigArcconfData>},
+    {"arcconf getconfig", "Stripe order", Read<A, &A::SetConfigArcConfData>},
+    {"arcconf getconfig", "Device #", Read<P, &P::SetConfigArcconfData>},
+};
+
+/// The fields that `other` has not, "\n" as "$"; the names of those that are empty.
+std::string Differences(const Fields& fields, const Fields& other) {
+  std::string text;
+  for (const auto& [name, value] : fields) {
+    if (std::count(other.begin(), other.end(), Field(name, value)) > 0) continue;
+    text += " " + name + (value.empty() ? "" : "='" + value + "'");
+  }
+  std::replace(text.begin(), text.end(), '\n', '$');
+  return text;
+}
+
+/// What becomes of each record of an output: how many lines it needs and its fields, then what is
+/// different when a line is missing ("-") or its label has lost its last character ("~").
+std::string LineCuts(const std::string& output, const char* mark, Reader read) {
+  std::vector<std::string> lines;
+  std::istringstream stream(output);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line + "\n");
+  std::string report;
+  for (std::size_t start = 0; start < lines.size(); ++start) {
+    if (lines[start].find(mark) == std::string::npos) continue;
+    const Fields whole = read(output, start);
+    Fields empty = whole;
+    for (Field& field : empty) field.second.clear();
+    std::size_t needed = 1;
+    std::string beginning =
+        std::accumulate(lines.begin(), lines.begin() + start + 1, std::string());
+    for (; needed < lines.size() - start && read(beginning, start) == kOutOfRange; ++needed) {
+      beginning += lines[start + needed];
+    }
+    report += "  " + lines[start] + "    " + std::to_string(needed) + ":" +
+              Differences(whole, empty) + "\n";
+    for (std::size_t i = start; i < lines.size(); ++i) {
+      const std::string label = lines[i].substr(0, lines[i].find_first_of(":\n"));
+      std::vector<std::string> cut = lines;
+      const auto add = [&](const char* how, const std::string& other) {
+        cut[i] = other;
+        const std::string text = std::accumulate(cut.begin(), cut.end(), std::string());
+        const std::string differences = Differences(read(text, start), whole);
+        if (!differences.empty()) report += "    " + (how + label) + ":" + differences + "\n";
+      };
+      if (i > start) add("-", "");
+      if (!label.empty()) add("~", std::string(lines[i]).erase(label.size() - 1, 1));
+    }
+  }
+  return report;
+}
+
+TEST(Records, ReadWholeAndCutOutputs) {
+  for (const std::string machine : {"one_of_each", "all_kinds"}) {
+    std::string report;
+    for (const auto& [command, output] : ToolOutputs(machine)) {
+      for (const auto& [of, mark, read] : kPlaces) {
+        if (command.find(of) != std::string::npos) {
+          report += command + "\n" + LineCuts(output, mark, read);
+        }
       }
     }
-    EXPECT_EQ(format.read(format.head), "out of range");
+    CompareExpected(machine + "/line_cuts.txt", report);
   }
-  // The output may not end where a line may be missing, either.
-  EXPECT_EQ(Drive<&L::SetConfigHrconfData>("heading\nSize : 9\nNumber of chunks : 3\n"),
-            "out of range");
+}
+
+TEST(Records, TakeANulForTheEndOfALineOnlyWhereTheyTrim) {
+  using namespace std::string_literals;  // NOLINT(google-build-using-namespace)
+  const struct {
+    Reader read;
+    std::string text;
+    const char* fields;
+  } cases[] = {
+      {Read<B, &B::SetConfigData>, "Logical drive 1 - 17 st\0ripes\n"s,
+       " ControllerNum='1' LogicalDriveNum='1' BadStripeNum='17' lines='1'"},
+      {Read<B, &B::SetConfigData>, "about -17\0 more\n"s,
+       " ControllerNum='1' LogicalDriveNum BadStripeNum='17' lines='1'"},
+      // Nothing is left of the line in which the list may go on.
+      {Read<A, &A::SetConfigHrconfData>, "Stripe order (Channel,Device) : 0,0\n\0\nnext\n"s,
+       " out_of_range='yes'"},
+      {Read<A, &A::SetConfigData>, "B stripe order (Channel/SCSI ID) : 0,0\n\0\nnext\n"s,
+       " ControllerNum='1' CollectionID='KelvaRAID1ArrayB' ArrayData='B' StripeOrder=' 0,0$' "
+       "lines='1'"},
+  };
+  for (const auto& [read, text, fields] : cases) EXPECT_EQ(Differences(read(text, 0), {}), fields);
 }
 
 TEST(LogicalDevice, LooksItselfUpInAWholeText) {
   CollectedData cursor(nullptr, "h\nSize : 9\nNumber of chunks : 3\nnext\n");
   L drive(nullptr);
   drive.SetConfigHrconfData(&cursor, "2", "1");
-  const std::string text =
-      "Logical drive number 1\nSize : 0 \nLogical drive number 2\nSize : 10 \nFew :5\nEnd : x";
+  const std::string other = "Logical drive number 1\nSize : 0 \n";
+  const std::string text = other + "Logical drive number 2\nSize : 10 \nFew :5\nEnd : x";
   EXPECT_EQ(drive.ParseLogicalDeviceData("Size", text), "10");
-  for (const char* label : {"Few", "End", "Absent"}) {
-    EXPECT_EQ(drive.ParseLogicalDeviceData(label, text), "") << label;
-  }
-  EXPECT_EQ(drive.ParseLogicalDeviceData("Size", "Logical drive number 1\nSize : 0 \n"), "");
-}
-
-TEST(PhysicalDevice, SplitsTheIdentificationByItsType) {
-  const auto with = [](const std::string& type, const std::string& id) {
-    return "t\nDevice is a" + type + "\n1\n2\n3\n4\nDevice ID :" + id + "\nnext\n";
-  };
-  const std::string id = "0123456789abcdefghijklmnopq";
-  Expect<&P::SetConfigData, P>(
-      {&P::GetDeviceCode, &P::GetFirmwareVer, &P::GetDeviceSerialNum},
-      {{with("Hard disk", id + "rstuvwx"), "0123456789abcdef|hijk|klmnopqr|next\n"},
-       {with("Hard disk", id), "0123456789abcdef|hijk|klmnopq$|next\n"},
-       {with("Hard disk", "0123456789abcdefghijklmnop"), "0123456789abcdef|||next\n"},
-       {with("Hard disk", "x"), "x$|||next\n"},
-       {with("Tape or Hard disk", id), id + "$|||next\n"},
-       {with("Processor device", id), "|||next\n"}},
-      "1", "2");
-}
-
-TEST(PhysicalDevice, ReadsTheLinesOfItsKind) {
-  const Cases cases = {
-      // The serial number's label is not hrconf's: the line stands where the size has to.
-      {"#3\nDevice is a Hard drive\n1\n2\n3\n4\n5\nSerial no. : s\nWrite Cache : c\n7\n8\nnext\n",
-       " Hard drive$||||||||||| c$||||Controller: 1Device #3|next\n"},
-      // Unknown before all else: such a device has no speed.
-      {"#3\nDevice is a Unknown Enclosure\nState : s\nTransfer Speed : t\nModel : m\n5\nnext\n",
-       " Unknown Enclosure$||| s$||||||| m$|||||Controller: 1Device #3|next\n"},
-      {"#3\nDevice is a Tape\nnext\n", " Tape$|||||||||||||||Controller: 1Device #3|next\n"},
-      {"#3\nState : s\nnext\n", "|||||||||||||||Controller: 1Device #3|next\n"},
-  };
-  for (const auto& [text, outcome] : cases) EXPECT_EQ(kHrconfDevice(text), outcome) << text;
-}
-
-TEST(StripeOrder, OfKelvcmdTakesOneLineMoreWhenItBeginsWithADigit) {
-  const std::string label = " stripe order (Channel/SCSI ID)";
-  Expect<&A::SetConfigData, A>(
-      {&A::GetControllerNum, &A::GetCollectionID, &A::GetArrayData, &A::GetStripeOrder},
-      {{"Array B" + label + " : 1,0 1,1\n  \t2,0\n3,next\n",  // the third line is lost
-        "2|KelvaRAID2ArrayB|B| 1,0 1,1$2,0$|3,next\n"},
-       {"Array B" + label + " : 1,0\n\nnext\n", "2|KelvaRAID2ArrayB|B| 1,0$|\n"},
-       {"Array B" + label + " : 1,0\nnext\n", "2|KelvaRAID2ArrayB|B| 1,0$|next\n"},
-       {label + " : 1,0\nnext\n", "2|KelvaRAID2Array|| 1,0$|next\n"},
-       {"Array B" + label + "\nnext\n", "2|KelvaRAID2ArrayB|B||next\n"},
-       {"Array B stripe order\nnext\n", "2||||next\n"},
-       {"Array B" + label + " : 1,0\n", "out of range"}},
-      "2");
-}
-
-template <auto kRead>
-void ExpectNewerOrders() {
-  const std::string line = "Stripe order (Channel,Device) : 0,0\n";
-  Expect<kRead, A>({&A::GetCollectionID, &A::GetArrayData, &A::GetStripeOrder},
-                   {{line + " 0,1\n\t0,2\nnext\n",
-                     "KelvaRaidCntrlr2LogicalDrv7 0,0$ 0,1$ 0,2$|Stripe order (Channel,Device) : "
-                     "0,0$| 0,0$ 0,1$ 0,2$|next\n"},
-                    {"Stripe order : 0,0\nnext\n", "|||next\n"},
-                    {line + "0,1\n", "out of range"},
-                    {line + std::string("\0\n", 2) + "next\n", "out of range"}},
-                   "2", "7");
-}
-
-TEST(StripeOrder, OfTheNewerToolsTakesAllLinesThatBeginWithADigit) {
-  ExpectNewerOrders<&A::SetConfigHrconfData>();
-  ExpectNewerOrders<&A::SetConfigArcConfData>();
-}
-
-TEST(BadStripes, CutTheNumbersOfTheirLine) {
-  Expect<&B::SetConfigData, B>({&B::GetControllerNum, &B::GetLogicalDriveNum, &B::GetBadStripeNum},
-                               {{"  Logical drive 1 - 17 stripes\nnext\n", "7|1|17|next\n"},
-                                {"Logical drive 12 - 3\n", "7|12|0|"},  // the only digit is cut
-                                {"Logical drive 12 - 34\n", "7|12|3|"},
-                                {"Logical drive 2 -17 x\n", "7|2|17|"},
-                                {"Logical drive x - none \n", "7|0|0|"},
-                                {"Logical drive \n", "7|0||"},
-                                {"about - 5 \n", "7||5|"},
-                                {"about -5\n", "7||0|"},
-                                {"neither\n", "7|||"},
-                                {"see Logical drive 3 - 4 - 5 x\n", "7|3|4|"},
-                                {"Logical drive 4294967297 - 1 x\n", "7|1|1|"}},
-                               "7");
-}
-
-TEST(DeviceEvents, CutSevenColumnsAndTrimSomeOfThem) {
-  Expect<&E::SetConfigData, E>(
-      {&E::GetChannelValue, &E::GetScsiIDValue, &E::GetParityValue, &E::GetSoftValue,
-       &E::GetHardValue, &E::GetPFAValue, &E::GetMiscValue},
-      {// All with two blanks at the end: parity, hard and misc keep one.
-       {"A | a  | b  | c  | d  | e  | f  | g  |\nnext\n", "a|b|c |d|e |f|g |next\n"},
-       {"|12|3 | |    ||x|y |\n", "1|3|||||y|"},
-       {"A | 1 | 2 | 3\n", "1|2||||||"},  // no closing bar, no column
-       {"no bars\n", "|||||||"},
-       {"A | 1 | 2 | 3 | 4 | 5 | 6 | 7 | 8 |\n", "1|2|3|4|5|6|7|"}},
-      "7");
-}
-
-TEST(SubStatistics, ReadTheKeysInTheirOrder) {
-  Expect<&S::SetConfigData, S>(
-      {&S::GetControllerNum, &S::GetChannelValue, &S::GetScsiIDValue, &S::GetParamsValue,
-       &S::GetReq_OffValue, &S::GetMax_Txer_PValue, &S::GetCur_Txer_PValue, &S::GetInstanceIDValue},
-      {{"A:1 C:0 PARAMS:3 REQ-OFF:15 MAX-TXER-P:40 CUR-TXER-P:41 \nnext\n",
-        "1|0||3|15|40|41|KelvaRAID:1C0S|next\n"},
-       // A key out of its order is not found behind the one before.
-       {"C:0 A:1 I:5 CUR-TXER-P:9 \n", "1||5||||9|KelvaRAID:1CS5|"},
-       {"A: C:0 I:\t5 CUR-TXER-P:\n", "|0|\t5|||||KelvaRAID:C0S\t5|"},
-       {"A:1 C:last\n", "1|last$||||||KelvaRAID:1Clast$S|"},
-       {"nothing\n", "|||||||KelvaRAID:CS|"},
-       {"A:1 CUR-TXER-P:12\n", "1||||||1|KelvaRAID:1CS|"}},
-      "not used");
-}
-
-TEST(DddEvents, CutColumnsAndTellJunkFromTextThatIsTooShort) {
-  Expect<&D::SetConfigData, D>(
-      {&D::GetControllerNum, &D::GetDateValue, &D::GetTimeValue, &D::GetChannelValue,
-       &D::GetIdValue, &D::GetReasonValue, &D::GetDescriptionValue, &D::GetRecordIdValue},
-      {{"1 |  03/15/2004 | 14:02:09 | 1 | 3  | 05 |  Drive failed | twice \nnext\n",
-        "7|03/15/2004|14:02:09|1|3 |05|Drive failed | twice |001a|next\n"},
-       {"1 | 03/15/2004 | 14:02:09 | 1 | 3\n", "7|03/15/2004|14:02:09|1||||001a|"},
-       {"1 | 13/15/2004 | 14:02:09 | 1 | 3 | 05 | x\n", "junk"},
-       {"1 | mm/dd/ | 14:02:09 | 1 | 3 | 05 | x\n", "junk"},
-       {"1 | 03/15 | 14:02:09 | 1 | 3 | 05 | x\n", "out of range"},
-       {"1 | 03/15/2004 | 14:02 | 1 | 3 | 05 | x\n", "out of range"},
-       {"\n", "out of range"}},
-      "7", 26);
-}
-
-TEST(EventWords, ReadHexadecimalNumbersUpToTheCompletion) {
-  const std::pair<const char*, std::vector<std::uint32_t>> logs[] = {
-      {"-----------\n0000001A\n  ff\n", {26, 255}},
-      {"0x10 text\nno 5\n\nentry\n-1\n", {16, 14, 4294967295}},
-      {"1 ------------\n----------\n2 ----------\nFFFFFFFF\n123456789\n",
-       {2, 4294967295, 0x23456789}},
-  };
-  for (const auto& [log, values] : logs) {
-    CollectedData cursor(nullptr, std::string("Controller Soft Event Log: 4\n") + log +
-                                      "Command completed successfully.\nnext\n");
-    KRaidEventSoftData record(nullptr);
-    record.SetConfigData(&cursor, "7");
-    EXPECT_EQ(record.GetSoftEventValues(), values) << log;
-    EXPECT_EQ(cursor.GetNextLine(), "next\n");
-    EXPECT_EQ(record.GetNumberOfEntriesValue(), "Controller Soft Event Log: 4\n");
-  }
+  EXPECT_EQ(drive.ParseLogicalDeviceData("Few", text), "");
+  EXPECT_EQ(drive.ParseLogicalDeviceData("End", text), "x");
+  EXPECT_EQ(drive.ParseLogicalDeviceData("Absent", text), "");
+  EXPECT_EQ(drive.ParseLogicalDeviceData("Size", other), "");
 }
 
 }  // namespace
