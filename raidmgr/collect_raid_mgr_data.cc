@@ -1,5 +1,6 @@
 #include "raidmgr/collect_raid_mgr_data.h"
 
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -24,22 +25,18 @@ std::string_view WithoutTrailingWhiteSpace(std::string_view text) {
   return text.substr(0, text.find_last_not_of(" \t\n") + 1);
 }
 
-/// As std::fgets, which would hide where a line with NULs ends: up to and with the next "\n", at
-/// most 511 characters, "" at the end of the file or when reading fails.
+/// What one std::fgets reads, "" where it reads nothing. Where a text with NULs ends shows in a
+/// buffer full of newlines: the first one that is left is the line's own when a NUL follows, and
+/// stands behind the closing NUL otherwise.
 std::string ReadLine(std::FILE* file) {
-  constexpr std::size_t kLongest = 511;
-  char line[kLongest];
-  std::size_t length = 0;
-  while (length < kLongest) {
-    const int c = getc_unlocked(file);
-    if (c == EOF) {
-      if (std::feof(file) == 0) return "";
-      break;
-    }
-    line[length++] = static_cast<char>(c);
-    if (c == '\n') break;
-  }
-  return {line, length};
+  char buffer[512];
+  std::memset(buffer, '\n', sizeof buffer);
+  if (std::fgets(buffer, sizeof buffer, file) == nullptr) return "";
+  const std::string_view filled(buffer, sizeof buffer);
+  const std::size_t newline = filled.find('\n');
+  if (newline == std::string_view::npos) return {buffer, sizeof buffer - 1};
+  const bool is_read = newline + 1 < filled.size() && filled[newline + 1] == '\0';
+  return {buffer, is_read ? newline + 1 : newline - 1};
 }
 
 }  // namespace
