@@ -15,6 +15,7 @@
 #include "inventory/command/collection.h"
 #include "inventory/command/output_file.h"
 #include "inventory/print/check_line.h"
+#include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
 #include "inventory/print/text_report.h"

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "inventory/machine/health.h"
+#include "inventory/machine/state_words.h"
 #include "inventory/print/severity_tint.h"
 #include "inventory/print/tree.h"
 
