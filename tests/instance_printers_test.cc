@@ -78,6 +78,7 @@ void CommitOddValues(standin::Repository& repository) {
   commit_event(TCIMDateTime());
   commit_event(TCIMDateTime(2005, 1, 5, 300, 2, 3, 0, 0));
   Commit(repository, "KVXSG_DiskGroup", {});
+  Commit(repository, "KVXSG_BadStripeData", {{"InstanceID", TCIMValue()}});
   Commit(repository, "KVXSG_krRawData",
          {{"Command", "c"}, {"RawResults", ArrayOf(TCIMValue::kString, {})}});
   Commit(
