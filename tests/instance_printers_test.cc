@@ -85,7 +85,9 @@ void CommitOddValues(standin::Repository& repository) {
       repository, "KVXSG_krRawData",
       {{"Command", "c 2"},
        {"RawResults", ArrayOf(TCIMValue::kString, {"  two   columns\n", "", "\x1b[2J\tthree"})}});
-  Commit(repository, "KVXSG_krRawData", {{"Command", "c 3"}, {"\x1b[2J \xc3\xbc", "odd name"}});
+  for (const char* odd_name : {"\x1b[2J \xc3\xbc", ""}) {
+    Commit(repository, "KVXSG_krRawData", {{"Command", "c 3"}, {odd_name, "odd name"}});
+  }
   Commit(repository, "a\x1b b; }",
          {{"Nul", std::string("a\0b", 3)},
           {"Uint16", TCIMValue(std::uint16_t{66})},
