@@ -16,7 +16,8 @@ may_include() {  # may_include FOLDER HEADER_PATTERN...
   fi
 }
 
-# The plug-in, and what a host is.
+# The plug-in, and what a host is. The schema's reader serves the build and the tests.
+may_include schema schema/
 may_include host/include hmz/
 may_include host/standin hmz/ standin/
 texts='schema/published_texts\.h'

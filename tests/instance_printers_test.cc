@@ -9,7 +9,7 @@
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_literal.h"
 #include "inventory/print/mof_printer.h"
-#include "tests/mof_reader.h"
+#include "schema/mof_reader.h"
 #include "tests/print_to.h"
 #include "tests/publish_machine.h"
 
@@ -97,6 +97,12 @@ void CommitOddValues(standin::Repository& repository) {
           {"Path", absent}});
 }
 
+/// Strictly, behind the schema.
+MofDocument ReadWithSchema(const std::string& mof) {
+  const std::string schema = ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof");
+  return ReadMof({{"schema", schema}, {"instances", mof}});
+}
+
 TEST(InstancePrinters, WriteEveryKindOfValue) {
   standin::Repository repository;
   CommitOddValues(repository);
@@ -104,7 +110,7 @@ TEST(InstancePrinters, WriteEveryKindOfValue) {
   CompareDocument("odd_values/inventory.json", Json(report));
   const std::string mof = Mof(report);
   CompareDocument("odd_values/inventory.mof", mof);
-  EXPECT_EQ(ReadMof(ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof"), mof).instances.size(), 11U);
+  EXPECT_EQ(ReadWithSchema(mof).instances.size(), 11U);
   CompareExpected("odd_values/list_44.txt", List(report, 44));
 }
 
@@ -119,7 +125,7 @@ TEST(InstancePrinters, WriteMofOfTheSampleMachineThatAStrictReaderTakes) {
   const auto repository = PublishSampleMachine();
   const std::string mof = Mof({"h", 0, {}, *repository});
   CompareDocument("sample/inventory.mof", mof);
-  EXPECT_NO_THROW(ReadMof(ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof"), mof));
+  EXPECT_NO_THROW(ReadWithSchema(mof));
 }
 
 TEST(MofLiteral, EscapesTexts) {

@@ -22,6 +22,7 @@ inline boost::shared_ptr<standin::Repository> PublishSampleMachine() {
     Publish(entry.class_name,
             {repository, repository->GetClass(entry.class_name), collector, manager_log});
   }
+  EXPECT_EQ(repository->GetUndeclared(), std::vector<std::string>());
   return repository;
 }
 

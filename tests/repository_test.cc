@@ -3,12 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <set>
 
 #include "hmz/exception.h"
 
 namespace {
 
 using NKVXHMZ20::ICIMInstance;
+using NKVXHMZ20::TCIMDateTime;
+using NKVXHMZ20::TCIMReference;
+using NKVXHMZ20::TCIMValue;
 using Instance = boost::shared_ptr<ICIMInstance>;
 
 constexpr char kRawData[] = "KVXSG_krRawData";
@@ -83,6 +87,46 @@ TEST(Repository, BuildsObjectPathsFromTheKeysOfTheClass) {
   EXPECT_EQ(instance->GetReference().ToString(),
             "KVXSG_krLogicalDisk.SystemCreationClassName=\"S\",SystemName=\"the SystemName\","
             "CreationClassname=\"the CreationClassname\",DeviceID=\"the DeviceID\"");
+}
+
+TEST(Repository, ListsWhatTheSchemaDoesNotDeclare) {
+  const TCIMValue number(std::uint16_t{1});
+  const TCIMValue texts(TCIMValue::TCIMType(TCIMValue::kString), 0, {});
+  const TCIMValue words(TCIMValue::TCIMType(TCIMValue::kUint32), 0, {});
+  const TCIMReference path(nullptr, "KVXSG_krBiosVersion", {});
+  const struct {
+    const char* class_name;
+    const char* property;
+    TCIMValue value;
+    const char* type;  // "" when it is declared
+  } cases[] = {
+      {kRawData, "Command", number, "uint16"},
+      {kRawData, "Command", texts, "string[]"},
+      {kRawData, "Command", TCIMValue(), ""},
+      {kRawData, "RawResults", "text", "string"},
+      {kRawData, "RawResults", words, "uint32[]"},
+      {kRawData, "RawResults", texts, ""},
+      {kRawData, "Rawresults", TCIMValue(), "null"},
+      {"KVXSG_LogRecord_SoftEvent", "HexSoftEvent", words, ""},
+      {"KVXSG_LogRecord_SoftEvent", "MessageTimestamp", TCIMDateTime(), ""},
+      {"KVXSG_LogRecord_SoftEvent", "RecordID", TCIMDateTime(), "datetime"},
+      {"KVXSG_krBiosVersion", "SoftwareElementState", number, ""},
+      {"KVXSG_krBiosVersion", "SoftwareElementState", TCIMValue(std::uint32_t{1}), "uint32"},
+      {"KVXSG_krBiosOnController", "Antecedent", path, ""},
+      {"KVXSG_krBiosOnController", "Dependent", path, "KVXSG_krBiosVersion REF"},
+      {"Foreign", "Command", number, ""},
+  };
+  standin::Repository by_keys;
+  standin::Repository by_setting;
+  std::set<std::string> expected;
+  for (const auto& [class_name, property, value, type] : cases) {
+    by_keys.GetOrDeclareClass(class_name)->CreateInstance({{property, value}});
+    const Instance instance = by_setting.GetOrDeclareClass(class_name)->CreateInstance({});
+    for (int i = 0; i < 2; ++i) instance->SetPropertyValue(property, value, {});
+    if (*type != 0) expected.insert(class_name + ("." + (property + (": " + std::string(type)))));
+  }
+  EXPECT_EQ(by_keys.GetUndeclared(), std::vector(expected.begin(), expected.end()));
+  EXPECT_EQ(by_setting.GetUndeclared(), by_keys.GetUndeclared());
 }
 
 TEST(Repository, ObjectsMayOutliveIt) {

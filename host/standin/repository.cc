@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <map>
-#include <unordered_set>
+#include <set>
+#include <unordered_map>
 #include <utility>
 
 #include "hmz/exception.h"
@@ -22,7 +23,10 @@ namespace {
 
 struct ClassData {
   std::string name;
+  bool is_in_schema = false;
   std::vector<std::string> keys;
+  /// By name, which is kept once however many instances carry it; null: set, but not declared.
+  std::unordered_map<std::string, const SchemaProperty*> properties;
   std::vector<boost::shared_ptr<StoredInstance>> committed;
 };
 
@@ -34,6 +38,25 @@ class Property final : public ICIMProperty {
  private:
   TCIMValue value_;
 };
+
+bool Allows(const SchemaProperty& declared, const TCIMValue& value) {
+  if (value.IsNull()) return true;
+  return value.GetType().GetCode() == declared.type && value.IsArray() == declared.is_array &&
+         (declared.type != TCIMValue::kReference ||
+          value.GetReference().GetClassName() == declared.reference_class);
+}
+
+/// The value's type as a schema would declare it.
+std::string TypeText(const TCIMValue& value) {
+  static const std::map<TCIMValue::ECIMType, const char*> names = {
+      {TCIMValue::kNull, "null"},         {TCIMValue::kUint16, "uint16"},
+      {TCIMValue::kUint32, "uint32"},     {TCIMValue::kString, "string"},
+      {TCIMValue::kDateTime, "datetime"},
+  };
+  const TCIMValue::ECIMType code = value.GetType().GetCode();
+  if (code == TCIMValue::kReference) return value.GetReference().GetClassName() + " REF";
+  return std::string(names.at(code)) + (value.IsArray() ? "[]" : "");
+}
 
 }  // namespace
 
@@ -49,8 +72,7 @@ const TCIMValue* StoredInstance::Find(const std::string& name) const {
 struct Repository::State {
   std::map<std::string, ClassData> classes;
   std::vector<boost::shared_ptr<const StoredInstance>> committed;
-  /// Each property name once, however many instances carry it.
-  std::unordered_set<std::string> property_names;
+  std::set<std::string> undeclared;
 };
 
 /// An instance in a plug-in's hands. Commit and enumeration share the content with the repository;
@@ -88,14 +110,17 @@ class Repository::Instance final : public ICIMInstance {
   void SetPropertyValue(const std::string& name, const TCIMValue& value,
                         const std::map<std::string, TCIMValue>& /*qualifiers*/) override {
     if (content_.use_count() > 1) content_ = boost::make_shared<StoredInstance>(*content_);
-    const std::string* kept_name = &*state_->property_names.insert(name).first;
+    const auto& [kept_name, declared] = *class_.properties.try_emplace(name, nullptr).first;
+    if (class_.is_in_schema && (declared == nullptr || !Allows(*declared, value))) {
+      state_->undeclared.insert(class_.name + "." + name + ": " + TypeText(value));
+    }
     for (StoredProperty& property : content_->properties) {
-      if (property.name == kept_name) {
+      if (property.name == &kept_name) {
         property.value = value;
         return;
       }
     }
-    content_->properties.push_back({kept_name, value});
+    content_->properties.push_back({&kept_name, value});
   }
 
  private:
@@ -135,8 +160,13 @@ class Repository::Class final : public ICIMClass {
 
 Repository::Repository() : state_(boost::make_shared<State>()) {
   for (const SchemaClass& cim_class : Schema()) {
-    const std::string name(cim_class.name);
-    state_->classes[name] = {name, {cim_class.keys.begin(), cim_class.keys.end()}, {}};
+    ClassData& data = state_->classes[std::string(cim_class.name)];
+    data.name = cim_class.name;
+    data.is_in_schema = true;
+    data.keys.assign(cim_class.keys.begin(), cim_class.keys.end());
+    for (const SchemaProperty& property : cim_class.properties) {
+      data.properties.emplace(property.name, &property);
+    }
   }
 }
 
@@ -156,6 +186,10 @@ boost::shared_ptr<ICIMClass> Repository::GetOrDeclareClass(const std::string& na
 
 const std::vector<boost::shared_ptr<const StoredInstance>>& Repository::GetCommitted() const {
   return state_->committed;
+}
+
+std::vector<std::string> Repository::GetUndeclared() const {
+  return {state_->undeclared.begin(), state_->undeclared.end()};
 }
 
 }  // namespace standin

@@ -10,7 +10,7 @@
 
 namespace standin {
 
-/// A property as it is stored; the name belongs to the repository.
+/// A property as it is stored; the name belongs to its class in the repository.
 struct StoredProperty {
   const std::string* name;
   NKVXHMZ20::TCIMValue value;
@@ -26,6 +26,7 @@ struct HMZ_API StoredInstance {
 };
 
 /// The stand-in's CIM namespace, in memory: the classes of the schema and all that is committed.
+/// It takes whatever is set, and keeps a list of what the schema does not have.
 class HMZ_API Repository final : public NKVXHMZ20::ICIMNamespace {
  public:
   Repository();
@@ -40,6 +41,11 @@ class HMZ_API Repository final : public NKVXHMZ20::ICIMNamespace {
 
   /// Everything that was committed, in the order of the commits, duplicates included.
   const std::vector<boost::shared_ptr<const StoredInstance>>& GetCommitted() const;
+
+  /// What was set, null aside, that its class does not declare, in alphabetical order and each kind
+  /// once: "KVXSG_krDiskDrive.Colour: string". Classes that the schema does not know count for
+  /// nothing.
+  std::vector<std::string> GetUndeclared() const;
 
  private:
   struct State;

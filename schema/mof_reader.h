@@ -1,5 +1,5 @@
-#ifndef TESTS_MOF_READER_H_
-#define TESTS_MOF_READER_H_
+#ifndef SCHEMA_MOF_READER_H_
+#define SCHEMA_MOF_READER_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -10,18 +10,21 @@
 
 struct MofProperty {
   std::string name;
-  std::string type;  // "string", "uint16", "uint32", "datetime"; "" for a reference
+  std::string type;  ///< "string", "uint16", "uint32", "datetime"; "" for a reference.
   bool is_array = false;
   bool is_key = false;
-  std::string reference_class;  // "" for any other property
+  std::string reference_class;  ///< "" for any other property.
   std::string description;
+  bool operator==(const MofProperty&) const = default;
 };
 
 struct MofClass {
   std::string name;
   std::string description;
   bool is_association = false;
-  std::vector<MofProperty> properties;  // in the order of their declarations
+  std::vector<MofProperty> properties;  ///< In the order of their declarations.
+  std::size_t line = 0;                 ///< Where its name stands.
+  bool operator==(const MofClass&) const = default;
 };
 
 /// A string and a date-time are texts, in UTF-8 and without escapes.
@@ -38,12 +41,14 @@ using MofValue = std::variant<MofLiteral, std::vector<MofLiteral>, MofAlias>;
 struct MofSetting {
   std::string name;
   MofValue value;
+  bool operator==(const MofSetting&) const = default;
 };
 
 struct MofInstance {
   std::string class_name;
-  std::string alias;  // with its "$"; "" when it has none
+  std::string alias;  ///< With its "$"; "" when it has none.
   std::vector<MofSetting> properties;
+  bool operator==(const MofInstance&) const = default;
 };
 
 struct MofDocument {
@@ -51,10 +56,16 @@ struct MofDocument {
   std::vector<MofInstance> instances;
 };
 
+/// What is read, and what errors call it.
+struct MofText {
+  std::string name;
+  std::string_view text;
+};
+
 /// Reads MOF as strictly as the strictest reader of inventories that may come along: the few
 /// constructs that those have in common, in their usual spelling, each instance checked against its
-/// class. `instances` goes on where `schema` ends; either may hold any declaration.
-/// Throws std::runtime_error, "schema:3: ..." or "instances:12: ...", on anything else.
-MofDocument ReadMof(std::string_view schema, std::string_view instances = "");
+/// class. Each text goes on where the one before it ends; any may hold any declaration.
+/// Throws std::runtime_error, "kvxsg.mof:3: ...", on anything else.
+MofDocument ReadMof(const std::vector<MofText>& texts);
 
-#endif  // TESTS_MOF_READER_H_
+#endif  // SCHEMA_MOF_READER_H_

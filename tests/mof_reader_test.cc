@@ -1,0 +1,108 @@
+// MOF as the build and the tests read it. tests/mof/accepted.mof has one of everything that the
+// reader takes, changes.txt what it refuses.
+
+#include "schema/mof_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/machine_files.h"
+
+namespace {
+
+const std::string kFolder = KRAID_SOURCE_DIR "/tests/mof/";
+
+MofDocument Read(const std::string& text) {
+  const std::size_t instances = text.find("instance of");
+  return ReadMof({{"schema", std::string_view(text).substr(0, instances)},
+                  {"instances", std::string_view(text).substr(instances)}});
+}
+
+TEST(MofReader, GivesWhatIsDeclaredAndSet) {
+  const MofDocument document = Read(ReadFile(kFolder + "accepted.mof"));
+  const std::vector<MofClass> classes = {
+      {"X_Thing",
+       "A thing.",
+       false,
+       {{"Name", "string", false, true, "", "Its name."},
+        {"Small", "uint16", false, false, "", ""},
+        {"Words", "uint32", true, false, "", ""},
+        {"Time", "datetime", false, false, "", ""}},
+       9},
+      {"X_Other", "", false, {{"Name", "string", false, true, "", ""}}, 17},
+      {"X_Pair",
+       "Two things.",
+       true,
+       {{"First", "", false, true, "X_Thing", ""}, {"Second", "", false, true, "X_Thing", ""}},
+       19},
+  };
+  EXPECT_EQ(document.classes, classes);
+  const char* text = "\b\t\n\f\r\"\\A\x7f\u0080\u07FF\u0800€x|é€😀";
+  const std::vector<MofInstance> instances = {
+      {"X_Thing",
+       "$a",
+       {{"Name", MofLiteral(text)},
+        {"Small", MofLiteral(65535U)},
+        {"Words", std::vector<MofLiteral>{0U, 4294967295U}},
+        {"Time", MofLiteral("20240229235959.000000-999")}}},
+      {"X_Thing", "$b", {{"Name", MofLiteral("b")}}},
+      {"X_Other", "$c", {{"Name", MofLiteral("c")}}},
+      {"X_Pair", "", {{"First", MofAlias{1}}, {"Second", MofAlias{0}}}},
+  };
+  EXPECT_EQ(document.instances, instances);
+}
+
+/// With each "%0A" as the byte that it stands for.
+std::string Decoded(std::string text) {
+  for (std::size_t at = 0; (at = text.find('%', at)) != std::string::npos; ++at) {
+    text.replace(at, 3, 1, static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16)));
+  }
+  return text;
+}
+
+TEST(MofReader, RefusesAllThatItDoesNotKnow) {
+  int rows = 0;
+  std::istringstream file(ReadFile(kFolder + "changes.txt"));
+  for (std::string row; std::getline(file, row);) {
+    if (row.empty() || row[0] == '#') continue;
+    const std::size_t second = row.find(" | ");
+    const std::size_t third = row.find(" | ", second + 3);
+    const std::string from = Decoded(row.substr(0, second));
+    std::string text = ReadFile(kFolder + "accepted.mof");
+    text.replace(text.find(from), from.size(), Decoded(row.substr(second + 3, third - second - 3)));
+    std::string result = "taken";
+    try {
+      Read(text);
+    } catch (const std::runtime_error& error) {
+      result = error.what();
+    }
+    EXPECT_EQ(row.substr(third + 3), result) << row;
+    ++rows;
+  }
+  EXPECT_GT(rows, 100);
+}
+
+/// What the build shows of a faulty schema.
+TEST(ClassTable, IsNotMadeOfAFaultySchema) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"accepted.mof", "accepted.mof:9: Small: no sentence says what it is\n"},
+      {"without_key.mof", "without_key.mof:3: X_Thing: it has no key\n"},
+      {"changes.txt", "changes.txt:1: expected class\n"},
+      {"absent.mof", "absent.mof: cannot be read\n"},
+  };
+  for (const auto& [name, error] : cases) {
+    const std::string table = testing::TempDir() + "kraid_class_table.cc";
+    const std::string command = "cd " KRAID_SOURCE_DIR "/tests/mof && " KRAID_BUILD_DIR
+                                "/schema/write_class_table " +
+                                (name + (" " + table)) + " 2>&1";
+    FILE* output = popen(command.c_str(), "r");
+    char text[200] = "";
+    EXPECT_EQ(error, std::string(text, fread(text, 1, sizeof text, output)));
+    EXPECT_NE(0, pclose(output)) << name;
+    EXPECT_FALSE(std::filesystem::exists(table));
+  }
+}
+
+}  // namespace
