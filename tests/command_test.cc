@@ -2,13 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <tuple>
+
 #include "hmz/exception.h"
 #include "inventory/command/class_list.h"
+#include "inventory/command/collection.h"
 #include "inventory/command/log_file.h"
+#include "inventory/command/messages.h"
+#include "inventory/command/options.h"
+#include "inventory/command/progress_line.h"
 #include "inventory/command/tool_runs.h"
+#include "standin/host_services.h"
 #include "tests/machine_files.h"
 
 namespace {
+
+using Texts = std::vector<std::string>;
 
 TEST(LogFile, HasOneLineForEachMessage) {
   const std::string path = testing::TempDir() + "kraid-log";
@@ -19,10 +29,9 @@ TEST(LogFile, HasOneLineForEachMessage) {
   EXPECT_EQ(log.GetError(), "");
 }
 
-TEST(ToolRuns, CountsTheFailuresOfEachToolByReason) {
+TEST(ToolRuns, CountTheFailuresOfEachToolByReason) {
   standin::ProcessLimits limits;
   limits.time = std::chrono::milliseconds(200);
-  limits.grace = std::chrono::milliseconds(200);
   ToolRuns tools(limits, false);
   EXPECT_EQ(tools.Run("/bin/sh", {"-c", "echo fine; exit 7"}), "fine\n");
   for (const char* script : {"kill -9 $$", "sleep 5", "kill -9 $$"}) {
@@ -30,13 +39,15 @@ TEST(ToolRuns, CountsTheFailuresOfEachToolByReason) {
   }
   EXPECT_THROW(tools.Run("./absent", {"x"}), NKVXHMZ20::THMZException);
   EXPECT_EQ(tools.GetLastRun(), "./absent x");
-  const std::vector<Problem> problems = tools.GetProblems();
-  ASSERT_EQ(problems.size(), 2U);
-  EXPECT_EQ(problems[0].what, "/bin/sh");
-  EXPECT_TRUE(problems[0].why.starts_with("3 of 4 runs failed: was ended by signal 9"))
-      << problems[0].why;
-  EXPECT_NE(problems[0].why.find(" (2); was stopped after"), std::string::npos) << problems[0].why;
-  EXPECT_EQ(problems[1].why, "1 of 1 runs failed: cannot be started: No such file or directory");
+  const std::vector<Problem> expected = {
+      {"/bin/sh",
+       "3 of 4 runs failed: was ended by signal 9 (Killed) (2); was stopped after 200 ms, the time "
+       "limit of one run (1)",
+       Problem::Extent::kRuns},
+      {"./absent", "1 of 1 runs failed: cannot be started: No such file or directory",
+       Problem::Extent::kAbsentTool},
+  };
+  EXPECT_EQ(tools.GetProblems(), expected);
 }
 
 TEST(ClassList, FindsTheNearestName) {
@@ -46,6 +57,170 @@ TEST(ClassList, FindsTheNearestName) {
       {"softevent", "KVXSG_LogRecord_SoftEvent"},  {"KVXSG_RawData", "KVXSG_krRawData"},
   };
   for (const auto& [name, nearest] : cases) EXPECT_EQ(NearestClass(name), nearest);
+}
+
+TEST(Collection, TellsWhatThrewAndWhere) {
+  const struct {
+    Texts classes;
+    int passes;
+    std::string outcome;  // instances, the first of the latest pass, what the plug-in logs
+    std::string failure;  // the only one
+  } cases[] = {
+      {{"fine", "B", "C"}, 2, "2 1 +BCBC-.", ""},
+      {{"once", "B"}, 2, "1 0 +B-.", ""},
+      {{"lines"}, 1, "1 0 +-.", "collection: it failed before any tool ran: two\nlines"},
+      {{"first"}, 3, "3 2 +-.", "collection: it failed before any tool ran: two\nlines"},
+      {{"later", "B"}, 2, "2 1 +B-.", "collection: it failed before any tool ran: later"},
+      {{"int", "B", "C"}, 1, "1 0 +BC-.", "class C: publishing it failed: an unknown exception"},
+      {{"lines", "B"}, 2, "2 1 +BB-.", "class B: publishing it failed: two\nlines"},
+      {{"run lines"}, 1, "1 0 +-.", "/bin/echo 1 al: the collection failed during this run or af"},
+      {{"run vector"}, 1, "1 0 +-.", "/bin/echo 1 al: its output ends too early: lines that have"},
+      {{"run short"}, 1, "1 0 +-.", "/bin/echo 1 al: its output holds a line that is too short t"},
+      {{}, 1, "0 0 ", "plug-in /dev/null: cannot be loaded: "},
+  };
+  std::string log;
+  for (const auto& c : cases) {
+    ToolRuns tools({}, false);
+    log.clear();
+    standin::HostServices services = standin::Services();
+    services.spawn_process = [&tools](const auto& program, const auto& arguments) {
+      return tools.Run(program, arguments);
+    };
+    services.log = [&log](int, const auto& text) { log += text; };
+    const standin::ScopedServices in_force(services);
+    Options options;
+    options.plugin = c.classes.empty() ? "/dev/null" : KRAID_BUILD_DIR "/tests/libodd.pi.so";
+    options.classes = c.classes;
+    options.passes = c.passes;
+    standin::Repository repository;
+    const Collection collection = Collect(options, repository, tools);
+    EXPECT_EQ(std::to_string(repository.GetCommitted().size()) + " " +
+                  std::to_string(collection.latest_pass) + " " + log,
+              c.outcome);
+    std::string failures;
+    for (const Problem& failure : collection.failures) {
+      EXPECT_EQ(failure.extent, Problem::Extent::kCollection);
+      failures += failure.what + ": " + failure.why;
+    }
+    EXPECT_TRUE(c.failure.empty() ? failures.empty() : failures.starts_with(c.failure)) << failures;
+  }
+  standin::Services().log(3, "not in force any more");
+  EXPECT_EQ(log, "");
+}
+
+/// What comes of a command line, whose words stand one blank apart.
+struct Parsed {
+  explicit Parsed(const std::string& line) {
+    Texts words = {"program"};
+    for (const char c : line.empty() ? "" : " " + line)
+      c == ' ' ? words.emplace_back() : words.back() += c;
+    std::vector<const char*> arguments;
+    for (const std::string& word : words) arguments.push_back(word.c_str());
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    options = ParseOptions(static_cast<int>(words.size()), arguments.data(), exit_status);
+    err = testing::internal::GetCapturedStderr();
+    out = testing::internal::GetCapturedStdout();
+  }
+  int exit_status = -1;
+  std::optional<Options> options;
+  std::string out;
+  std::string err;
+};
+
+TEST(Options, RefuseWhatIsWrong) {
+  for (const std::string line : {"--bogus",
+                                 "--format xml",
+                                 "--color red",
+                                 "--list A",
+                                 "--list --format json",
+                                 "--list --output x",
+                                 "--root absent",
+                                 "--root /dev/null",
+                                 "--plugin absent",
+                                 "--passes 0",
+                                 "--passes 1000001",
+                                 "--passes x",
+                                 "--tool-timeout 0.0009",
+                                 "--tool-timeout -1",
+                                 "--tool-timeout nan",
+                                 "--tool-timeout 1s",
+                                 "--tool-timeout 1000001",
+                                 "--output ",
+                                 "--log ",
+                                 "--log x --output ./x",
+                                 "--output",
+                                 "--check --format json",
+                                 "--bogus --check",
+                                 "--check KVXSG_krDiskDrive",
+                                 "--list --check",
+                                 "--check=x"}) {
+    const Parsed parsed(line);
+    const bool is_check = line.find("--check") != std::string::npos;
+    EXPECT_EQ(parsed.exit_status, is_check ? 3 : 2) << line;
+    EXPECT_FALSE(parsed.options) << line;
+    EXPECT_TRUE(parsed.out.starts_with(is_check ? "KRAID UNKNOWN - " : "")) << parsed.out;
+    EXPECT_EQ(std::count(parsed.out.begin(), parsed.out.end(), '\n'), is_check ? 1 : 0) << line;
+    EXPECT_TRUE(parsed.err.starts_with("kraid-inventory: ")) << parsed.err;
+    EXPECT_TRUE(parsed.err.ends_with("\nTry 'kraid-inventory --help' for the options.\n"));
+  }
+}
+
+TEST(Options, SayWhatIsAskedFor) {
+  const Parsed nothing("");
+  EXPECT_EQ(nothing.err, "");
+  EXPECT_TRUE(nothing.options->all_classes);
+  EXPECT_EQ(nothing.options->classes.size(), 28U);
+  EXPECT_EQ(nothing.options->plugin, KRAID_BUILD_DIR "/lib/kraid-inventory/libkraid.pi.so");
+  EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(300));
+  EXPECT_EQ(Parsed("--check").options->format, Format::kCheck);
+
+  const Parsed much(
+      "--root / --plugin /dev/../dev/null --format mof --color never --output /x/./y --log /z "
+      "--passes 3 --tool-timeout 1.5 --verbose KVXSG_krDiskDrive krRAWdata KVXSG_krDiskDrive");
+  EXPECT_EQ(much.err,
+            "kraid-inventory: the schema has no class krRAWdata; did you mean KVXSG_krRawData?\n");
+  const Options& options = *much.options;
+  EXPECT_EQ(options.classes, (Texts{"KVXSG_krDiskDrive", "krRAWdata", "KVXSG_krDiskDrive"}));
+  EXPECT_EQ((Texts{options.root, options.plugin, options.output, options.log}),
+            (Texts{"/", "/dev/null", "/x/y", "/z"}));
+  EXPECT_EQ(std::tuple(options.all_classes, options.format, options.color, options.passes,
+                       options.tool_timeout.count(), options.verbose),
+            std::tuple(false, Format::kMof, Color::kNever, 3, 1500, true));
+  for (const char* line : {"--version", "--help", "--list"}) {
+    EXPECT_EQ(Parsed(line).exit_status, 0);
+    EXPECT_FALSE(Parsed(line).options);
+  }
+}
+
+TEST(Messages, LetNoCodesReachTheTerminal) {
+  const std::string odd = "a\x1b[2J\n\xc2\x9b\xff\xc3\xbc";
+  const std::string fine = "a?[2J??\xef\xbf\xbd\xc3\xbc";
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(Refuse(odd, true, 2), 3);
+  ToolRuns({}, true).Run("/bin/sh", {"-c", R"(printf "$0" >&2)", odd});
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "kraid-inventory: " + fine +
+                "\nkraid-inventory: standard error of /bin/sh -c printf \"$0\" >&2 " + fine +
+                ":\na?[2J\n?\xef\xbf\xbd\xc3\xbc\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "KRAID UNKNOWN - a?[2J ?\xef\xbf\xbd\xc3\xbc\n");
+  for (const char* start : {"", "--", "--format ", "--root "}) {
+    const std::string err = Parsed(start + odd).err;
+    EXPECT_NE(err.find(fine), std::string::npos) << err;
+  }
+}
+
+TEST(ProgressLine, HoldsAsMuchAsFits) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"123456789", "123456789"},
+      {"1234567890", "123456789"},
+      {"1234567\xc3\xbcx", "1234567\xc3\xbc"},
+      {"12345678\xc3\xbc", "12345678"},
+      {"a\x1b[2J\n\t\xc2\x9bx", "a?[2J  ?x"},
+  };
+  for (const auto& [text, line] : cases) EXPECT_EQ(FittingLine(text, 9), line);
 }
 
 }  // namespace

@@ -27,18 +27,22 @@ std::size_t Width() {
 
 }  // namespace
 
+std::string FittingLine(const std::string& text, std::size_t columns) {
+  std::string line = Sanitized(text, Layout::kBlanks);
+  if (columns < line.size()) {
+    while ((line[columns] & '\xC0') == '\x80') --columns;  // not within a character
+    line.resize(columns);
+  }
+  return line;
+}
+
 ProgressLine::ProgressLine() : on_terminal_(CanRewriteLines()) {}
 
 ProgressLine::~ProgressLine() { Clear(); }
 
 void ProgressLine::Show(const std::string& text) {
   if (!on_terminal_) return;
-  std::string line = Sanitized(text, Layout::kBlanks);
-  if (std::size_t end = Width(); end < line.size()) {
-    while ((line[end] & '\xC0') == '\x80') --end;  // not within a character
-    line.resize(end);
-  }
-  std::cerr << kClearLine << line << std::flush;
+  std::cerr << kClearLine << FittingLine(text, Width()) << std::flush;
   shown_ = true;
 }
 
