@@ -9,5 +9,5 @@ jobs=$(nproc)
 
 build asan
 ctest --preset asan -j "$jobs"
-build release -DKRAID_BUILD_TESTS=ON
+build release -DKRAID_BUILD_TESTS=ON -DKRAID_TEST_LABEL=end_to_end
 ctest --preset release -j "$jobs" -L end_to_end

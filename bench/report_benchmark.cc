@@ -121,8 +121,10 @@ void Fill(standin::Repository& repository, int drives) {
 void BM_TwiceTheInstances(benchmark::State& state) {
   standin::Repository once;
   standin::Repository twice;
-  Fill(once, 10'000);
-  Fill(twice, 20'000);
+  const char* chosen = std::getenv("KRAID_BENCH_DRIVES");
+  const int drives = chosen == nullptr ? 10'000 : std::atoi(chosen);
+  Fill(once, drives);
+  Fill(twice, 2 * drives);
   std::vector<double> ratios;
   for (auto _ : state) {
     double seconds[2] = {};

@@ -21,7 +21,6 @@
 namespace {
 
 constexpr char kProgram[] = "/bin/true";
-constexpr std::size_t kRunsInTurn = 1000;
 
 /// Memory that a host holds resident while it runs programs.
 class Ballast {
@@ -97,10 +96,12 @@ void InTurn(benchmark::State& state) {
   const Ballast ballast(state.range(0));
   if (!ballast.IsHeld()) return state.SkipWithError("not that much memory");
   constexpr Way kWays[] = {BareSpawn, RunProcess};
+  const char* chosen = std::getenv("KRAID_BENCH_RUNS");
+  const std::size_t runs = chosen == nullptr ? 1000 : std::strtoul(chosen, nullptr, 10);
   std::vector<double> times_us[2];
   double total_us[2] = {0, 0};
   while (state.KeepRunning()) {
-    for (std::size_t i = 0; i < 2 * kRunsInTurn; ++i) {
+    for (std::size_t i = 0; i < 2 * runs; ++i) {
       const std::size_t way = i % 2;
       const auto start = std::chrono::steady_clock::now();
       if (!kWays[way]()) return state.SkipWithError("the run failed");
