@@ -45,8 +45,10 @@ trap 'exit 143' TERM
 }
 package=$(ls "$work"/cpack/*.deb)
 version=$(dpkg-deb -f "$package" Version)
-[ "$version" = "$(dpkg-parsechangelog -l packaging/changelog -S Version)" ] ||
-  fail "packaging/changelog does not begin with version $version"
+dpkg-deb --fsys-tarfile "$package" | tar -xO ./usr/share/doc/$name/changelog.gz |
+  gzip -d >"$work/changelog"
+[ "$version" = "$(dpkg-parsechangelog -l "$work/changelog" -S Version)" ] ||
+  fail "CHANGELOG.md does not have version $version as the last one"
 echo "lintian:"
 lintian --fail-on error --allow-root "$package"
 
@@ -82,7 +84,7 @@ warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -Tutf8 -E UTF-8 "$page" 2>&
 grep -q "$name $version" "$work/page" || fail "the manual page is not that of version $version"
 zcat "$page" | mandoc -T lint -W warning || fail "mandoc complains about the manual page"
 bash -n /usr/share/bash-completion/completions/$name || fail "the completion cannot be read"
-for document in copyright changelog.gz; do
+for document in copyright changelog.gz json.md mof.md report.md; do
   [ -s /usr/share/doc/$name/$document ] || fail "$document is missing"
 done
 
