@@ -1,6 +1,7 @@
 #!/bin/sh
-# Fails when a source file includes what stands above it or beside it, and when two files share a
-# name. Each row: a folder, and the only folders whose headers its files may include.
+# Fails when a source file includes what stands above it or beside it, when two files share a name, and
+# when README's picture lacks a folder. Each row: a folder, and the only folders whose headers its
+# files may include.
 set -eu
 cd "$(dirname "$0")/.."
 status=0
@@ -43,4 +44,14 @@ if [ -n "$same" ]; then
   echo "check-layers: more than one file has the name" $same >&2
   status=1
 fi
+
+# The rooms are those of the build: host/ and inventory/ have several.
+picture=$(sed -n "/^## The house/,/^Read/p" README.md)
+for folder in $(git ls-files '*/*' | sed -E 's,^((host|inventory)/[^/]+|[^/]+)/.*,\1,' | sort -u); do
+  case $folder in .* | */CMakeLists.txt) continue ;; esac
+  if ! printf '%s' "$picture" | grep -qwF -- "$folder"; then
+    echo "check-layers: README's picture of the house lacks $folder/" >&2
+    status=1
+  fi
+done
 exit $status
