@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "collect/kraid_collect_data.h"
-#include "hmz/exception.h"
 #include "plugin/dispatch.h"
 #include "raidmgr/collect_raid_mgr_data.h"
 #include "standin/host_services.h"
@@ -35,13 +34,14 @@ std::string Config(int drives) {
 }
 
 std::unique_ptr<KraidCollectData> CollectMachine(int drives) {
+  const standin::HostServices before = standin::Services();
   standin::Services().spawn_process = [config = Config(drives)](const auto&,
                                                                 const auto& arguments) {
     return arguments[0] == "getconfig" && arguments[1] == "1" ? config : std::string();
   };
   auto collector = std::make_unique<KraidCollectData>(nullptr);
   collector->InitData();
-  standin::Services() = standin::RealServices();
+  standin::Services() = before;
   return collector;
 }
 

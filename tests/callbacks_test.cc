@@ -93,7 +93,7 @@ TEST_P(Publishing, MakesTheseCallsInThisOrder) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Publishing,
-                         testing::Values("one_of_each", "associations", "device_numbers",
-                                         "no_controller", "silent_manager"));
+                         testing::Values("one_of_each", "associations", "devices", "no_controller",
+                                         "silent_manager"));
 
 }  // namespace
