@@ -85,10 +85,10 @@ TEST_F(ManagerLog, ReadsLongLinesInPiecesAndEndsWithAMadeUpEntryWithoutALastNewl
 
 TEST_F(ManagerLog, CutsLinesWithNulsAtTheirTabsOnly) {
   CollectRaidMgrData log(nullptr, With(std::string(600, '\0') + "2005/01/05\tERR\tm1\tfirst\n" +
-                                       "2005/01/06\tE\0R \t\0m\t\0second\0\n"s));
+                                       "2005/01/06\tE\0R\0 \t\0m\t\0second\0\n"s));
   EXPECT_EQ(Entries(log),
             (Texts{kFirst, "00000000000000+000;1;;;", "00000000000000+000;1;ERR;m1;first\n",
-                   "20050106000000+000;1;E\0R;\0m;\0second\0\n"s}));
+                   "20050106000000+000;1;E\0R\0;\0m;\0second\0\n"s}));
 }
 
 TEST_F(ManagerLog, OfNothingHasNoEntries) {
