@@ -58,9 +58,9 @@ std::string Joined(const std::vector<std::string>& texts) {
 }
 
 std::string Joined(const std::vector<std::pair<std::string, std::string>>& pairs) {
-  std::string joined;
-  for (const auto& [name, value] : pairs) joined += "[" + name + " " + value + "]";
-  return joined;
+  std::vector<std::string> texts;
+  for (const auto& [name, count] : pairs) texts.push_back(name + " " + count);
+  return Joined(texts);
 }
 
 std::string Logged(std::size_t count, const std::vector<std::string>& last) {
