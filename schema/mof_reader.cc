@@ -119,59 +119,60 @@ class Reader {
 
   void ReadInstance() {
     in_.Expect("of");
-    MofInstance instance{in_.TakeName(), "", {}};
-    std::vector<MofInstance>& instances = document.instances;
-    const MofClass* mof_class = Find(document.classes, instance.class_name);
+    const std::string class_name = in_.TakeName();
+    const MofClass* mof_class = Find(document.classes, class_name);
     in_.Check(mof_class != nullptr, "class that is not declared");
-    in_.Check(mof_class->is_association || instances.empty() ||
-                  !Find(document.classes, instances.back().class_name)->is_association,
+    in_.Check(mof_class->is_association || !had_association_,
               "plain instance behind an association");
-    if (in_.Accept("as")) instance.alias = in_.TakeAlias();
+    had_association_ = mof_class->is_association;
+    const std::string alias = in_.Accept("as") ? in_.TakeAlias() : "";
+    std::set<std::string> properties;
     for (in_.Expect("{"); !in_.Accept("}"); in_.Expect(";")) {
       const std::string name = in_.TakeName();
       const MofProperty* property = Find(mof_class->properties, name);
       in_.Check(property != nullptr, "property that is not declared");
-      in_.Check(Find(instance.properties, name) == nullptr, "property set twice");
+      in_.Check(properties.insert(name).second, "property set twice");
       in_.Expect("=");
-      instance.properties.push_back({name, ReadValue(*property)});
+      ReadValue(*property);
     }
     in_.Expect(";");
-    in_.Check(!instance.properties.empty(), "instance without properties");
+    in_.Check(!properties.empty(), "instance without properties");
     for (const MofProperty& property : mof_class->properties) {
-      in_.Check(!property.is_key || Find(instance.properties, property.name) != nullptr,
+      in_.Check(!property.is_key || properties.contains(property.name),
                 "key not set: " + property.name);
     }
-    in_.Check(instance.alias.empty() || aliases_.emplace(instance.alias, instances.size()).second,
-              "alias used twice");
-    instances.push_back(std::move(instance));
+    in_.Check(alias.empty() || aliases_.emplace(alias, class_name).second, "alias used twice");
+    document.instances.push_back(class_name);
   }
 
-  MofValue ReadValue(const MofProperty& property) {
-    if (property.type.empty()) {
-      const auto alias = aliases_.find(in_.TakeAlias());
-      in_.Check(alias != aliases_.end(), "alias of nothing before");
-      const MofInstance& target = document.instances[alias->second];
-      in_.Check(target.class_name == property.reference_class, "alias of another class");
-      return MofAlias{alias->second};
-    }
-    if (!property.is_array) return ReadLiteral(property.type);
-    std::vector<MofLiteral> elements;
+  void ReadValue(const MofProperty& property) {
+    if (!property.is_array) return ReadLiteral(property);
     in_.Expect("{");
-    do elements.push_back(ReadLiteral(property.type));
+    do ReadLiteral(property);
     while (in_.Accept(","));
     in_.Expect("}");
-    return elements;
   }
 
-  MofLiteral ReadLiteral(const std::string& type) {
-    if (type == "string") return in_.TakeString();
-    if (type == "datetime") return in_.TakeDateTime();
-    return in_.TakeNumber(type == "uint16" ? 0xFFFF : 0xFFFFFFFF);
+  void ReadLiteral(const MofProperty& property) {
+    if (property.type == "string") {
+      in_.TakeString();
+    } else if (property.type == "datetime") {
+      in_.TakeDateTime();
+    } else if (property.type == "uint16") {
+      in_.TakeNumber(0xFFFF);
+    } else if (property.type == "uint32") {
+      in_.TakeNumber(0xFFFFFFFF);
+    } else {
+      const auto alias = aliases_.find(in_.TakeAlias());
+      in_.Check(alias != aliases_.end(), "alias of nothing before");
+      in_.Check(alias->second == property.reference_class, "alias of another class");
+    }
   }
 
   MofScanner in_{"", ""};
   std::set<std::string> qualifiers_;
-  std::map<std::string, std::size_t> aliases_;
+  std::map<std::string, std::string> aliases_;  // with the classes of their instances
+  bool had_association_ = false;                // the instance before
 };
 
 }  // namespace

@@ -2,10 +2,8 @@
 #define SCHEMA_MOF_READER_H_
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 struct MofProperty {
@@ -27,33 +25,9 @@ struct MofClass {
   bool operator==(const MofClass&) const = default;
 };
 
-/// A string and a date-time are texts, in UTF-8 and without escapes.
-using MofLiteral = std::variant<std::string, std::uint32_t>;
-
-/// The instance that an alias stands for, by its place in MofDocument::instances.
-struct MofAlias {
-  std::size_t instance;
-  bool operator==(const MofAlias&) const = default;
-};
-
-using MofValue = std::variant<MofLiteral, std::vector<MofLiteral>, MofAlias>;
-
-struct MofSetting {
-  std::string name;
-  MofValue value;
-  bool operator==(const MofSetting&) const = default;
-};
-
-struct MofInstance {
-  std::string class_name;
-  std::string alias;  ///< With its "$"; "" when it has none.
-  std::vector<MofSetting> properties;
-  bool operator==(const MofInstance&) const = default;
-};
-
 struct MofDocument {
   std::vector<MofClass> classes;
-  std::vector<MofInstance> instances;
+  std::vector<std::string> instances;  ///< The names of their classes.
 };
 
 /// What is read, and what errors call it.

@@ -60,9 +60,9 @@ unsigned Number(std::string_view digits, int base = 10) {
 /// "yyyymmddHHMMSS.mmmmmm" and the offset.
 bool IsDateTime(std::string text) {
   static constexpr std::string_view kUnknown = "**************.******";
-  static constexpr std::string_view kLeast = "00000101000000.000000";
+  static constexpr std::string_view kLeast = "00010101000000.000000";
   if (text.size() != kLeast.size() + 4) return false;
-  for (const std::size_t begin : {0U, 4U, 6U, 8U, 10U, 12U, 15U}) {
+  for (const std::size_t begin : {4U, 6U, 8U, 10U, 12U, 15U}) {
     if (text.substr(begin, kUnknown.size() - begin) == kUnknown.substr(begin)) {
       text.replace(begin, kLeast.size() - begin, kLeast.substr(begin));
     }
@@ -76,7 +76,7 @@ bool IsDateTime(std::string text) {
   };
   const auto date = std::chrono::year(static_cast<int>(number(0, 4))) /
                     std::chrono::month(number(4)) / std::chrono::day(number(6));
-  return date.ok() && number(8) < 24 && number(10) < 60 && number(12) < 60;
+  return number(0, 4) > 0 && date.ok() && number(8) < 24 && number(10) < 60 && number(12) < 60;
 }
 
 }  // namespace
@@ -139,20 +139,15 @@ std::string MofScanner::TakeString() {
   return text;
 }
 
-std::string MofScanner::TakeDateTime() {
-  std::string text = TakeString();
-  Check(IsDateTime(text), "no date-time");
-  return text;
-}
+void MofScanner::TakeDateTime() { Check(IsDateTime(TakeString()), "no date-time"); }
 
-std::uint32_t MofScanner::TakeNumber(std::uint32_t largest) {
+void MofScanner::TakeNumber(std::uint32_t largest) {
   SkipBlanks();
   const std::string_view digits = TakeAll(kDigits);
   Check(!digits.empty() && (digits[0] != '0' || digits == "0"), "expected a number");
   std::uint32_t number = 0;
   const auto error = std::from_chars(digits.data(), digits.data() + digits.size(), number).ec;
   Check(error == std::errc() && number <= largest, "number out of range");
-  return number;
 }
 
 bool MofScanner::IsNext(std::string_view characters, std::size_t ahead) const {

@@ -34,12 +34,12 @@ class MofScanner {
   /// A string's content, its escapes resolved.
   std::string TakeString();
 
-  /// A string that a date-time may have: a time that there may be, from year 1 on. All of it from
-  /// a field on, but for the year, may be asterisks; the offset, in minutes, may not.
-  std::string TakeDateTime();
+  /// A string with a time that there may be, from year 1 on. Asterisks may stand for all from a
+  /// field behind the year on, up to the offset in minutes, which has to be there.
+  void TakeDateTime();
 
   /// A decimal number without sign, from 0 to `largest`.
-  std::uint32_t TakeNumber(std::uint32_t largest);
+  void TakeNumber(std::uint32_t largest);
 
  private:
   std::string_view Rest() const { return text_.substr(at_); }
