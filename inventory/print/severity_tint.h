@@ -1,7 +1,7 @@
 #ifndef INVENTORY_PRINT_SEVERITY_TINT_H_
 #define INVENTORY_PRINT_SEVERITY_TINT_H_
 
-#include "inventory/machine/health.h"
+#include "inventory/machine/finding.h"
 #include "inventory/print/flow.h"
 
 inline Tint TintOf(Severity severity) {
