@@ -23,12 +23,10 @@ CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
   }
   if (machine.controllers.empty()) verdict.unknowns.emplace_back("no controller was found");
 
-  if (!verdict.unknowns.empty()) {
+  if (!verdict.unknowns.empty() || (is_tool_lost && verdict.critical == 0)) {
     verdict.status = kCheckUnknown;
   } else if (verdict.critical > 0) {
     verdict.status = kCheckCritical;
-  } else if (is_tool_lost) {
-    verdict.status = kCheckUnknown;
   } else if (!verdict.findings.empty()) {
     verdict.status = kCheckWarning;
   }
