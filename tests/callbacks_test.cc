@@ -36,6 +36,8 @@ class Publishing : public testing::TestWithParam<const char*> {
     host_.log.clear();
   }
 
+  void TearDown() override { EXPECT_EQ(repository_->GetUndeclared(), std::vector<std::string>{}); }
+
   /// The class's name, the calls that publishing it makes on the host, and the messages.
   std::string CallsOf(const std::string& name) {
     std::string calls = name + "\n";
@@ -49,14 +51,14 @@ class Publishing : public testing::TestWithParam<const char*> {
   }
 
   /// Commits an instance by hand, from fields "Property=text" with a tab between them and "\n" at
-  /// the end for a line end.
+  /// the end for a line end; no text makes null.
   void Commit(const std::string& class_name, std::istringstream& fields) {
     Recorder::Values values;
     for (std::string field; std::getline(fields, field, '\t');) {
       const auto equals = field.find('=');
       std::string text = field.substr(equals + 1);
       if (text.ends_with("\\n")) text.replace(text.size() - 2, 2, "\n");
-      values[field.substr(0, equals)] = text;
+      values[field.substr(0, equals)] = text.empty() ? NKVXHMZ20::TCIMValue() : text;
     }
     repository_->GetClass(class_name)->CreateInstance(values)->Commit({});
   }
