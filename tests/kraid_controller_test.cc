@@ -34,8 +34,8 @@ TEST(ParseControllerData, CutsTheValueOfTheFirstPlaceWithTheLabel) {
 template <class Log>
 struct Watched : Log {
   using Log::Log;
-  ~Watched() override { ++gone; }
-  static inline int gone = 0;
+  ~Watched() override { ++gone_; }
+  static inline int gone_ = 0;
 };
 
 TEST(KRaidController, GivesTheLatestLogAndKeepsTheOneBefore) {
@@ -53,9 +53,9 @@ TEST(KRaidController, GivesTheLatestLogAndKeepsTheOneBefore) {
       EXPECT_EQ(controller.GetEventSoftData(), soft);
       EXPECT_EQ(controller.GetEventHardData(), hard);
     }
-    EXPECT_EQ(Soft::gone + Hard::gone, 0);
+    EXPECT_EQ(Soft::gone_ + Hard::gone_, 0);
   }
-  EXPECT_EQ(Soft::gone + Hard::gone, 4);
+  EXPECT_EQ(Soft::gone_ + Hard::gone_, 4);
 }
 
 }  // namespace
