@@ -198,14 +198,15 @@ std::string LineCuts(const std::string& output, const char* mark, Reader read) {
   std::istringstream stream(output);
   for (std::string line; std::getline(stream, line);) lines.push_back(line + "\n");
   std::string report;
+  std::string up_to;
   for (std::size_t start = 0; start < lines.size(); ++start) {
+    up_to += lines[start];
     if (lines[start].find(mark) == std::string::npos) continue;
     const Fields whole = read(output, start);
     Fields empty = whole;
     for (Field& field : empty) field.second.clear();
     std::size_t needed = 1;
-    std::string beginning =
-        std::accumulate(lines.begin(), lines.begin() + start + 1, std::string());
+    std::string beginning = up_to;
     for (; needed < lines.size() - start && read(beginning, start) == kOutOfRange; ++needed) {
       beginning += lines[start + needed];
     }
@@ -218,7 +219,8 @@ std::string LineCuts(const std::string& output, const char* mark, Reader read) {
         cut[i] = other;
         const std::string text = std::accumulate(cut.begin(), cut.end(), std::string());
         const std::string differences = Differences(read(text, start), whole);
-        if (!differences.empty()) report += "    " + (how + label) + ":" + differences + "\n";
+        if (differences.empty()) return;
+        report.append("    ").append(how).append(label).append(":").append(differences) += "\n";
       };
       if (i > start) add("-", "");
       if (!label.empty()) add("~", std::string(lines[i]).erase(label.size() - 1, 1));
