@@ -132,7 +132,7 @@ void KelvcmdData::ParseBadStripes(int number, KRaidController& controller) {
     auto record = std::make_unique<KRaidBstData>(provider_);
     try {
       record->SetConfigData(&cursor, controller.GetControllerNum());
-    } catch (const NKVXHMZ20::THMZException&) {  // nor here
+    } catch (const NKVXHMZ20::THMZException&) {  // as above
       LogMessage("Bad Stripe data is junk: Quit BST data collection");
       return;
     }

@@ -25,7 +25,7 @@ class ArrayStripeOrder : public KRaidRecord {
   void SetConfigArcConfData(CollectedData* cursor, const std::string& controller_num,
                             const std::string& logical_drive_num);
 
-  /// The key of the array; see model/identifiers.h.
+  /// The key of the array; see model/record_identifiers.h.
   std::string GetCollectionID() const { return collection_id_; }
   /// The array's letter; the whole line with the newer tools.
   std::string GetArrayData() const { return array_data_; }

@@ -1,6 +1,7 @@
 // The parts of the command that need no whole run of it.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <tuple>
@@ -21,11 +22,12 @@ namespace {
 using Texts = std::vector<std::string>;
 
 TEST(LogFile, HasOneLineForEachMessage) {
-  const std::string path = testing::TempDir() + "kraid-log";
+  const std::string path = testing::TempDir() + "kraid-log-" + std::to_string(getpid());
   LogFile log(path);
   log.Write(3, "first\\line\nsecond\ttab");
   log.Write(-1, "");
   EXPECT_EQ(ReadFile(path), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
+  std::filesystem::remove(path);
   EXPECT_EQ(log.GetError(), "");
 }
 

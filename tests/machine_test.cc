@@ -58,9 +58,11 @@ std::string Joined(const std::vector<std::string>& texts) {
 }
 
 std::string Joined(const std::vector<std::pair<std::string, std::string>>& pairs) {
-  std::vector<std::string> texts;
-  for (const auto& [name, count] : pairs) texts.push_back(name + " " + count);
-  return Joined(texts);
+  std::string joined;
+  for (const auto& [name, count] : pairs) {
+    joined.append("[").append(name).append(" ").append(count).append("]");
+  }
+  return joined;
 }
 
 std::string Logged(std::size_t count, const std::vector<std::string>& last) {

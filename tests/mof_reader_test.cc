@@ -4,6 +4,7 @@
 #include "schema/mof_reader.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <sstream>
 #include <stdexcept>
@@ -82,7 +83,7 @@ TEST(ClassTable, IsNotMadeOfAFaultySchema) {
       {"absent.mof", "absent.mof: cannot be read\n"},
   };
   for (const auto& [name, error] : cases) {
-    const std::string table = testing::TempDir() + "kraid_class_table.cc";
+    const std::string table = testing::TempDir() + "kraid_class_table_" + std::to_string(getpid());
     const std::string command = "cd " KRAID_SOURCE_DIR "/tests/mof && " KRAID_BUILD_DIR
                                 "/schema/write_class_table " +
                                 (name + (" " + table)) + " 2>&1";
