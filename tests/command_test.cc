@@ -216,7 +216,7 @@ TEST(Messages, LetNoCodesReachTheTerminal) {
 
 TEST(ProgressLine, HoldsAsMuchAsFits) {
   const std::pair<const char*, const char*> cases[] = {
-      {"123456789", "123456789"},
+      {"12345678", "12345678"},
       {"1234567890", "123456789"},
       {"1234567\xc3\xbcx", "1234567\xc3\xbc"},
       {"12345678\xc3\xbc", "12345678"},

@@ -171,6 +171,9 @@ TEST_F(Inventory, NamesTheRunWhoseOutputEndsTooEarly) {
   const Json document = Json::parse(outcome.out);
   EXPECT_EQ(document["exit_status"], 1);
   EXPECT_EQ(document["problems"].back()["what"], "./kraid/kelvcmd getevent 1 hard");
+  const std::string on_terminal = std::string("script -qec \"") + kCommand + "\" /dev/null";
+  EXPECT_NE(Shell("TERM=xterm " + on_terminal).out.find("\r\x1b[Kkraid-inventory: ./kraid/kelv"),
+            std::string::npos);
   // A collection that breaks off does not pass for a healthy machine.
   EXPECT_EQ(Run("--check").status, 3);
 }
@@ -181,7 +184,8 @@ TEST_F(Inventory, AnswersAMonitoringSystemInOneLineWhateverHappens) {
     int status;
     const char* start;
   } cases[] = {
-      {std::string("--check --root ") + kDemo, 2, "KRAID CRITICAL - 3 critical, 5 warnings: contr"},
+      {std::string("--check --passes 2 --root ") + kDemo, 2,
+       "KRAID CRITICAL - 3 critical, 5 warnings: contr"},
       {"--check", 3, "KRAID UNKNOWN - no controller was found | controllers=0;;;0 logical_drives"},
       {"--check --plugin script", 3, "KRAID UNKNOWN - plug-in "},
       {"--check --output absent/file", 3, "KRAID UNKNOWN - cannot write "},
@@ -199,10 +203,11 @@ TEST_F(Inventory, AnswersAMonitoringSystemInOneLineWhateverHappens) {
 }
 
 TEST_F(Inventory, ShowsProgressAndColoursWhereATerminalHasThem) {
-  const std::string run = std::string(kCommand) + " --root " + kDemo + " " + kControllers;
+  const std::string run =
+      std::string("stty cols 38; ") + kCommand + " --root " + kDemo + " " + kControllers;
   const std::string heading = std::string(kControllers) + "\r\n";
   const std::tuple<const char*, const char*, std::string> cases[] = {
-      {"NO_COLOR=1 TERM=xterm", "run 83: ./kraid/kelvcmd getconfig 8 al", "\r\x1b[K" + heading},
+      {"NO_COLOR=1 TERM=xterm", "run 83: ./kraid/kelvcmd getconfig 8 a\r", "\r\x1b[K" + heading},
       {"env -u NO_COLOR TERM=xterm", "\r\x1b[K\x1b[1m", heading.substr(0, 5)},
       {"env -u NO_COLOR TERM=dumb", "", heading},
   };
