@@ -200,9 +200,11 @@ TEST_F(ProcessTest, LimitsEndTheWholeGroup) {
     EXPECT_EQ(error_output, result.error_output);
     EXPECT_EQ(0, result.exit_status);
     EXPECT_LE(result.output.capacity(), std::max<std::size_t>(64, 3 * limits.output_bytes));
-    EXPECT_LT(std::clock() - cpu_start, CLOCKS_PER_SEC / 10) << "it waits in a busy loop";
-    EXPECT_TRUE(limits.time > 1s || Clock::now() - start >= limits.time);
     EXPECT_LT(Clock::now() - start, 20s);
+    if (limits.time <= 1s) {
+      EXPECT_GE(Clock::now() - start, limits.time);
+      EXPECT_LT(std::clock() - cpu_start, CLOCKS_PER_SEC / 10) << "it waits in a busy loop";
+    }
   }
   EXPECT_EQ("12345||0||", Text(Sh("printf 12345", {.output_bytes = 5})));
 }
