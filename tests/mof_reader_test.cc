@@ -84,9 +84,9 @@ TEST(ClassTable, IsNotMadeOfAFaultySchema) {
   };
   for (const auto& [name, error] : cases) {
     const std::string table = testing::TempDir() + "kraid_class_table_" + std::to_string(getpid());
-    const std::string command = "cd " KRAID_SOURCE_DIR "/tests/mof && " KRAID_BUILD_DIR
-                                "/schema/write_class_table " +
-                                (name + (" " + table)) + " 2>&1";
+    const std::string command = "cd '" KRAID_SOURCE_DIR "/tests/mof' && '" KRAID_BUILD_DIR
+                                "/schema/write_class_table' " +
+                                (name + (" '" + table)) + "' 2>&1";
     FILE* output = popen(command.c_str(), "r");
     char text[200] = "";
     EXPECT_EQ(error, std::string(text, fread(text, 1, sizeof text, output)));
