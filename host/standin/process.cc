@@ -277,8 +277,10 @@ class Run {
   void Finish();
 
  private:
-  void Fail(const std::string& reason) {
-    if (result_.failure.empty()) result_.failure = program_ + ": " + reason;
+  void Fail(ProcessEnd end, const std::string& reason) {
+    if (!result_.failure.empty()) return;
+    result_.end = end;
+    result_.failure = program_ + ": " + reason;
   }
   bool AwaitEnd(Clock::time_point deadline);
   bool Stop();
@@ -302,7 +304,7 @@ class Run {
 bool Run::Start(const std::vector<std::string>& arguments) {
   const auto has_nul = [](const std::string& s) { return s.find('\0') != std::string::npos; };
   if (has_nul(program_) || std::any_of(arguments.begin(), arguments.end(), has_nul)) {
-    Fail("cannot be started: its path or an argument contains a NUL byte");
+    Fail(ProcessEnd::kNotStarted, "cannot be started: its path or an argument contains a NUL byte");
     return false;
   }
   Descriptor child_output;
@@ -318,7 +320,7 @@ bool Run::Start(const std::vector<std::string>& arguments) {
     error = setup.Start(program_, argument_pointers.data(), environment.data(), pid_);
   }
   if (error != 0) {
-    Fail(StartFailure(program_, error));
+    Fail(ProcessEnd::kNotStarted, StartFailure(program_, error));
     return false;
   }
   // Not permitted everywhere: AwaitEnd does without.
@@ -332,7 +334,8 @@ void Run::Finish() {
   if (ended) {
     Drain();
   } else {
-    Fail("was stopped after " + TimeText(limits_.time) + ", the time limit of one run");
+    Fail(ProcessEnd::kTimedOut,
+         "was stopped after " + TimeText(limits_.time) + ", the time limit of one run");
     ended = Stop();
   }
   result_.error_output = error_text_.Take();
@@ -356,7 +359,7 @@ bool Run::AwaitEnd(Clock::time_point deadline) {
     const milliseconds wait =
         std::clamp(left, milliseconds{0}, process_.IsOpen() ? kLongestPoll : kPollSlice);
     if (poll(watched, std::size(watched), static_cast<int>(wait.count())) < 0 && errno != EINTR) {
-      Fail("was stopped, as it cannot be watched: " + ErrorText(errno));
+      Fail(ProcessEnd::kLost, "was stopped, as it cannot be watched: " + ErrorText(errno));
     }
     if (watched[0].revents != 0) ReadAvailable(output_);
     if (watched[1].revents != 0) ReadAvailable(error_output_);
@@ -412,7 +415,8 @@ std::size_t Run::Read(Descriptor& stream) {
     return static_cast<std::size_t>(size);
   }
   if (size < 0 && errno == EAGAIN) return 0;
-  if (size < 0) Fail("was stopped, as its output cannot be read: " + ErrorText(errno));
+  if (size < 0)
+    Fail(ProcessEnd::kLost, "was stopped, as its output cannot be read: " + ErrorText(errno));
   stream.Reset();
   return 0;
 }
@@ -420,13 +424,14 @@ std::size_t Run::Read(Descriptor& stream) {
 void Run::Keep(const Descriptor& stream, const char* data, std::size_t size) {
   if (&stream == &error_output_) {
     error_text_.Append(data, size);
+    result_.error_bytes += size;
     return;
   }
   const std::size_t room = limits_.output_bytes - result_.output.size();
   result_.output.append(data, std::min(size, room));
   if (size > room) {
-    Fail("was stopped after " + SizeText(limits_.output_bytes) +
-         " of output, the limit of one run");
+    Fail(ProcessEnd::kOutputLimit, "was stopped after " + SizeText(limits_.output_bytes) +
+                                       " of output, the limit of one run");
   }
 }
 
@@ -435,10 +440,12 @@ void Run::Reap() {
   const pid_t pid = std::exchange(pid_, 0);
   int status = 0;
   if (Resume([&] { return waitpid(pid, &status, 0); }) < 0) {
-    Fail("ended, but its exit status is lost: " + ErrorText(errno) +
-         " (the host must neither ignore SIGCHLD nor wait for children it did not start)");
+    Fail(ProcessEnd::kLost,
+         "ended, but its exit status is lost: " + ErrorText(errno) +
+             " (the host must neither ignore SIGCHLD nor wait for children it did not start)");
   } else if (WIFSIGNALED(status)) {
-    Fail("was ended by signal " + SignalText(WTERMSIG(status)));
+    Fail(ProcessEnd::kSignalled, "was ended by signal " + SignalText(WTERMSIG(status)));
+    if (result_.end == ProcessEnd::kSignalled) result_.signal = WTERMSIG(status);
   } else if (result_.failure.empty()) {
     result_.exit_status = WEXITSTATUS(status);
   }
@@ -458,6 +465,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
     if (run.Start(arguments)) run.Finish();
   } catch (const std::bad_alloc&) {
     result = {};
+    result.end = ProcessEnd::kLost;
     result.failure = program + ": was stopped: " + ErrorText(ENOMEM);
   }
   return result;

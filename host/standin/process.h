@@ -18,14 +18,28 @@ struct ProcessLimits {
   std::chrono::milliseconds grace{std::chrono::seconds{2}};
 };
 
+enum class ProcessEnd {
+  kExited,       ///< By itself.
+  kSignalled,    ///< By a signal of somebody else's.
+  kTimedOut,     ///< Stopped at its time limit.
+  kOutputLimit,  ///< Stopped at its output limit.
+  kNotStarted,   ///< The system could not start it.
+  kLost,         ///< Its output could not be read, or its exit status is not to be had.
+};
+
 /// How a run ended.
 struct ProcessResult {
+  ProcessEnd end = ProcessEnd::kExited;
   /// Standard output, byte for byte: whole when `failure` is empty.
   std::string output;
   /// Standard error: its beginning and its end, with a note between them of what is left out.
   std::string error_output;
+  /// How many bytes of it there were.
+  std::size_t error_bytes = 0;
   /// Of a program that ended by itself.
   int exit_status = 0;
+  /// Of one that a signal ended.
+  int signal = 0;
   /// "" when the program ran and ended by itself, whatever its exit status. Otherwise the reason,
   /// for a person, beginning with the program's path.
   std::string failure;
