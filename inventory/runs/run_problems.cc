@@ -1,0 +1,208 @@
+#include "inventory/runs/run_problems.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <initializer_list>
+#include <map>
+#include <set>
+#include <string_view>
+
+#include "inventory/base/readable.h"
+#include "schema/published_texts.h"
+
+namespace {
+
+using Runs = std::vector<const RunRecord*>;
+
+bool HoldsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
+  return std::any_of(words.begin(), words.end(), [text](std::string_view word) {
+    return text.find(word) != std::string_view::npos;
+  });
+}
+
+bool IsConfiguration(const RunRecord& run) {
+  return !run.arguments.empty() && run.arguments[0] == kGetConfigWord;
+}
+
+bool TellsOfController(const RunRecord& run) {
+  return run.output->find(kControllerHeading) != std::string::npos;
+}
+
+/// What the tool said in the run, in lower case.
+std::string Said(const RunRecord& run) { return Lower(*run.output + "\n" + run.error_output); }
+
+/// An answer, and not a refusal: there is no controller of this number.
+bool SaysThatThereIsNone(const RunRecord& run) {
+  return HoldsOneOf(Said(run), {"not present", "no controller", "not found", "does not exist",
+                                "no such controller", "invalid controller", "not installed"});
+}
+
+std::string FirstLine(std::string_view text) {
+  while (!text.empty()) {
+    const std::string line = Readable(std::string(text.substr(0, text.find('\n'))));
+    if (!line.empty()) return line;
+    text.remove_prefix(std::min(text.size(), text.find('\n')) + (text.find('\n') < text.size()));
+  }
+  return "";
+}
+
+/// "ended with status 127 and printed nothing: no such library"
+std::string StatusText(const RunRecord& run) {
+  std::string text = "ended with status " + std::to_string(run.exit_status);
+  if (run.output_bytes == 0) text += " and printed nothing";
+  if (!run.last_error_line.empty()) text += ": " + Readable(run.last_error_line);
+  return text;
+}
+
+/// All runs failed: which ways there were, and how often each.
+std::string Reasons(const Runs& runs) {
+  std::vector<std::pair<std::string, int>> reasons;
+  std::map<std::string, std::size_t> indices;
+  for (const RunRecord* run : runs) {
+    const auto [found, is_new] = indices.emplace(run->reason, reasons.size());
+    if (is_new) reasons.emplace_back(run->reason, 0);
+    ++reasons[found->second].second;
+  }
+  std::string text =
+      std::to_string(runs.size()) + " of " + std::to_string(runs.size()) + " runs failed: ";
+  for (const auto& [reason, count] : reasons) {
+    if (&reason != &reasons.front().first) text += "; ";
+    text += reason;
+    if (reasons.size() > 1) text += " (" + std::to_string(count) + ")";
+  }
+  return text;
+}
+
+class ToolProblems {
+ public:
+  /// `runs` are all those of one tool, in their order.
+  ToolProblems(const Runs& runs, std::vector<Problem>& problems)
+      : runs_(runs), problems_(problems) {}
+
+  void Find() {
+    if (!FindWholeTool()) FindSingleRuns();
+    for (const RunRecord* run : runs_) {
+      if (run->why_unreadable.empty()) continue;
+      Problem& problem = Add(ProblemKind::kOutputUnreadable, *run, run->why_unreadable);
+      problem.is_blind = true;
+    }
+  }
+
+ private:
+  Problem& Add(ProblemKind kind, const RunRecord& run, const std::string& why) {
+    return problems_.emplace_back(Problem{run.CommandLine(), why, kind, run.Tool(), run.Command(),
+                                          run.Controller(), 0, IsConfiguration(run)});
+  }
+
+  void AddTool(ProblemKind kind, const std::string& why, std::size_t count) {
+    const RunRecord& first = *runs_.front();
+    problems_.push_back(
+        {first.program, why, kind, first.Tool(), "", 0, count, kind != ProblemKind::kToolAbsent});
+  }
+
+  /// Whether there is nothing to be had from the tool at all.
+  bool FindWholeTool() {
+    Runs asked;
+    for (const RunRecord* run : runs_) {
+      if (run->end != RunEnd::kNotAsked) asked.push_back(run);
+    }
+    if (asked.empty()) return false;
+    const auto ended = [](const RunRecord* run) { return run->end == RunEnd::kExited; };
+    if (std::none_of(asked.begin(), asked.end(), ended)) {
+      // The system's reason would not tell: a script without its interpreter has the same.
+      std::error_code error;
+      const auto type = std::filesystem::symlink_status(asked.front()->program, error).type();
+      const bool is_absent = type == std::filesystem::file_type::not_found;
+      // Runs that hung are named, each of them.
+      const auto hung = [](const RunRecord* run) { return run->end == RunEnd::kTimedOut; };
+      if (!is_absent && std::any_of(asked.begin(), asked.end(), hung)) return false;
+      AddTool(is_absent ? ProblemKind::kToolAbsent : ProblemKind::kToolFailed, Reasons(asked),
+              asked.size());
+      return true;
+    }
+    return FindRefusal(asked);
+  }
+
+  bool FindRefusal(const Runs& asked) {
+    std::size_t refusals = 0;
+    const RunRecord* first = nullptr;
+    for (const RunRecord* run : asked) {
+      if (!IsConfiguration(*run)) continue;
+      const bool is_refusal = run->end == RunEnd::kExited && run->exit_status != 0 &&
+                              !TellsOfController(*run) && !SaysThatThereIsNone(*run);
+      if (!is_refusal) return false;
+      if (first == nullptr) first = run;
+      ++refusals;
+    }
+    if (first == nullptr) return false;
+    std::string line = FirstLine(first->error_output);
+    if (line.empty()) line = FirstLine(*first->output);
+    std::string why = "refused: it ended with status " + std::to_string(first->exit_status) +
+                      " for every controller number" + (line.empty() ? "" : ": " + line);
+    if (HoldsOneOf(Said(*first), {"permission", "permitted", "denied", "privilege", "root",
+                                  "superuser", "administrator"})) {
+      why += " (does it need root?)";
+    }
+    AddTool(ProblemKind::kToolRefused, why, refusals);
+    return true;
+  }
+
+  void FindSingleRuns() {
+    std::set<int> present;
+    for (const RunRecord* run : runs_) {
+      if (TellsOfController(*run)) present.insert(run->Controller());
+    }
+    for (const RunRecord* run : runs_) {
+      if (run->HasFailed() && IsProblem(*run, present)) AddRun(*run);
+    }
+  }
+
+  static bool IsProblem(const RunRecord& run, const std::set<int>& present) {
+    if (run.end != RunEnd::kExited) return true;
+    // A shell's words for a program that it cannot run, as the system's loader has them, too.
+    const bool never_began = run.exit_status == 126 || run.exit_status == 127;
+    return never_began || present.contains(run.Controller());
+  }
+
+  void AddRun(const RunRecord& run) {
+    ProblemKind kind = ProblemKind::kRunFailed;
+    if (run.end == RunEnd::kTimedOut) kind = ProblemKind::kRunTimedOut;
+    if (run.end == RunEnd::kOutputLimit) kind = ProblemKind::kOutputTruncated;
+    if (run.end == RunEnd::kNotAsked) kind = ProblemKind::kRunNotAsked;
+    const std::string why = run.end == RunEnd::kExited ? StatusText(run) : run.reason;
+    // A run that was stopped is named: of these there are few, as the bounds see to it.
+    const bool is_named =
+        kind == ProblemKind::kRunTimedOut || kind == ProblemKind::kOutputTruncated;
+    const auto [known, is_new] =
+        alike_.emplace(std::pair(kind, is_named ? run.CommandLine() : why), problems_.size());
+    if (is_new) {
+      Add(kind, run, why).count = 1;
+      return;
+    }
+    Problem& problem = problems_[known->second];
+    ++problem.count;
+    problem.what = run.program + ", " + std::to_string(problem.count) + " runs";
+    if (problem.command != run.Command()) problem.command.clear();
+    if (problem.controller != run.Controller()) problem.controller = 0;
+    problem.is_blind = problem.is_blind || IsConfiguration(run);
+  }
+
+  const Runs& runs_;
+  std::vector<Problem>& problems_;
+  std::map<std::pair<ProblemKind, std::string>, std::size_t> alike_;  // by kind and reason
+};
+
+}  // namespace
+
+std::vector<Problem> FindRunProblems(const std::vector<RunRecord>& records) {
+  std::vector<Runs> tools;
+  std::map<std::string_view, std::size_t> indices;
+  for (const RunRecord& record : records) {
+    const auto [found, is_new] = indices.emplace(record.program, tools.size());
+    if (is_new) tools.emplace_back();
+    tools[found->second].push_back(&record);
+  }
+  std::vector<Problem> problems;
+  for (const Runs& runs : tools) ToolProblems(runs, problems).Find();
+  return problems;
+}

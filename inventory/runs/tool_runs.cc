@@ -1,0 +1,173 @@
+#include "inventory/runs/tool_runs.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "hmz/exception.h"
+#include "standin/host_services.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::size_t kKeptErrorBytes = std::size_t{4} << 10;
+
+std::string LastLine(std::string_view text) {
+  const auto end = text.find_last_not_of(" \t\r\n");
+  if (end == std::string_view::npos) return "";
+  text = text.substr(0, end + 1);
+  return std::string(text.substr(text.rfind('\n') + 1));
+}
+
+std::string Seconds(milliseconds time) {
+  if (time.count() % 1000 == 0) return std::to_string(time.count() / 1000) + " s";
+  return std::to_string(time.count()) + " ms";
+}
+
+RunEnd EndOf(standin::ProcessEnd end) {
+  switch (end) {
+    case standin::ProcessEnd::kExited:
+      return RunEnd::kExited;
+    case standin::ProcessEnd::kSignalled:
+      return RunEnd::kSignalled;
+    case standin::ProcessEnd::kTimedOut:
+      return RunEnd::kTimedOut;
+    case standin::ProcessEnd::kOutputLimit:
+      return RunEnd::kOutputLimit;
+    case standin::ProcessEnd::kNotStarted:
+      return RunEnd::kNotStarted;
+    case standin::ProcessEnd::kLost:
+      break;
+  }
+  return RunEnd::kLost;
+}
+
+}  // namespace
+
+ToolRuns::ToolRuns(const RunBounds& bounds, Sharing sharing, RunObserver observer, Process process)
+    : bounds_(bounds),
+      sharing_(sharing),
+      observer_(std::move(observer)),
+      process_(std::move(process)) {}
+
+void ToolRuns::BeginAttempt() {
+  requests_.clear();
+  times_asked_.clear();
+}
+
+const RunRecord* ToolRuns::GetLatest() const {
+  return requests_.empty() ? nullptr : &records_[requests_.back().record];
+}
+
+bool ToolRuns::RefuseLatestRequest(const std::string& why) {
+  if (requests_.empty()) return false;
+  RunRecord& record = records_[requests_.back().record];
+  if (!record.reason.empty()) return false;
+  if (refused_.erase(latest_) > 0) {
+    record.why_unreadable.clear();
+    return false;
+  }
+  refused_.insert(latest_);
+  record.why_unreadable = why;
+  return true;
+}
+
+std::string ToolRuns::Run(const std::string& program, const std::vector<std::string>& arguments) {
+  std::string command_line = program;
+  for (const std::string& argument : arguments) command_line.append(" ").append(argument);
+  latest_ = {command_line, ++times_asked_[command_line]};
+  const std::size_t index = Find(program, arguments, command_line);
+  const bool is_refused = refused_.contains(latest_);
+  requests_.push_back({index, is_refused});
+  const RunRecord& record = records_[index];
+  if (is_refused) {
+    throw NKVXHMZ20::THMZException(program + ": printed what cannot be read");
+  }
+  if (!record.reason.empty()) throw NKVXHMZ20::THMZException(program + ": " + record.reason);
+  return *record.output;
+}
+
+/// The index of the record that answers a request.
+std::size_t ToolRuns::Find(const std::string& program, const std::vector<std::string>& arguments,
+                           const std::string& command_line) {
+  if (sharing_ == Sharing::kOn) {
+    const auto known = by_command_line_.find(command_line);
+    if (known != by_command_line_.end()) return known->second;
+  }
+  records_.push_back(Start(program, arguments));
+  by_command_line_[command_line] = records_.size() - 1;
+  observer_.after(records_.back());
+  return records_.size() - 1;
+}
+
+RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::string>& arguments) {
+  if (!begin_) begin_ = Clock::now();
+  RunRecord record;
+  record.program = program;
+  record.arguments = arguments;
+  record.started = standin::Services().get_local_time();
+  record.reason = WhyNotAsked(record);
+  if (!record.reason.empty()) {
+    record.end = RunEnd::kNotAsked;
+    return record;
+  }
+  observer_.before(record.CommandLine());
+  standin::ProcessLimits limits = bounds_.run;
+  const bool is_last = bounds_.collection && TimeLeft() < limits.time;
+  if (is_last) limits.time = TimeLeft();
+  if (sharing_ == Sharing::kOn) {
+    limits.output_bytes = std::min(limits.output_bytes, bounds_.output_bytes - output_bytes_);
+  }
+  const auto start = Clock::now();
+  standin::ProcessResult result = process_(program, arguments, limits);
+  record.duration = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+  record.end = EndOf(result.end);
+  record.exit_status = result.exit_status;
+  record.signal = result.signal;
+  record.output_bytes = result.output.size();
+  record.error_bytes = result.error_bytes;
+  record.last_error_line = LastLine(result.error_output);
+  record.error_output = result.error_output.substr(0, kKeptErrorBytes);
+  record.reason = std::move(result.failure);
+  // The reasons begin with the program, which whoever shows them names already.
+  if (record.reason.starts_with(program + ": ")) record.reason.erase(0, program.size() + 2);
+  if (record.end == RunEnd::kTimedOut) {
+    ++hangs_[program];
+    hanging_controllers_.emplace(program, record.Controller());
+    if (is_last) {
+      record.reason = "was stopped: the time limit of the whole collection, " +
+                      Seconds(*bounds_.collection) + ", was over";
+    }
+  }
+  if (record.reason.empty()) {
+    record.output = std::make_shared<const std::string>(std::move(result.output));
+    output_bytes_ += record.output->size();
+  }
+  return record;
+}
+
+/// Why a run is not even begun; "" when it is.
+std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
+  if (std::string why = observer_.why_stop(); !why.empty()) return "was not run: " + why;
+  if (bounds_.collection && TimeLeft().count() <= 0) {
+    return "was not run: the time limit of the whole collection, " + Seconds(*bounds_.collection) +
+           ", was over";
+  }
+  if (sharing_ == Sharing::kOff) return "";
+  const auto hangs = hangs_.find(record.program);
+  if (hangs != hangs_.end() && hangs->second >= bounds_.hangs) {
+    return "was not run: the tool had hung " + std::to_string(hangs->second) + " times";
+  }
+  if (hanging_controllers_.contains({record.program, record.Controller()})) {
+    return "was not run: the tool had hung over this controller";
+  }
+  if (output_bytes_ >= bounds_.output_bytes) {
+    return "was not run: the outputs before it had used up the " +
+           std::to_string(bounds_.output_bytes >> 20) + " MiB that all may have together";
+  }
+  return "";
+}
+
+milliseconds ToolRuns::TimeLeft() const {
+  return *bounds_.collection - std::chrono::duration_cast<milliseconds>(Clock::now() - *begin_);
+}

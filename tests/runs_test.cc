@@ -1,0 +1,234 @@
+// How the command runs tools: what is remembered, shared, bounded, and what is a problem of it.
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "hmz/exception.h"
+#include "inventory/runs/run_problems.h"
+#include "inventory/runs/tool_runs.h"
+#include "schema/published_texts.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using Texts = std::vector<std::string>;
+
+constexpr char kPlace[] = "/bin/sh";  // a file that is there, for tools that are
+
+standin::ProcessResult Exited(int status, const std::string& output,
+                              const std::string& error = "") {
+  standin::ProcessResult result;
+  result.exit_status = status;
+  result.output = output;
+  result.error_output = error;
+  result.error_bytes = error.size();
+  return result;
+}
+
+standin::ProcessResult Failed(standin::ProcessEnd end, const std::string& reason) {
+  standin::ProcessResult result;
+  result.end = end;
+  result.failure = std::string(kPlace) + ": " + reason;
+  return result;
+}
+
+class Runs : public testing::Test {
+ protected:
+  /// The answer to each run; the default is a tool without controllers.
+  std::function<standin::ProcessResult(const std::string& word, int number)> answer =
+      [](const std::string&, int number) {
+        return Exited(1, "Controller " + std::to_string(number) + " is not present.\n");
+      };
+
+  ToolRuns Make(const RunBounds& bounds = {}, Sharing sharing = Sharing::kOn) {
+    return {
+        bounds,
+        sharing,
+        {},
+        [this](const std::string&, const Texts& arguments, const standin::ProcessLimits& limits) {
+          limits_seen.push_back(limits);
+          runs.push_back(arguments[0] + " " + arguments[1]);
+          return answer(arguments[0], std::stoi(arguments[1]));
+        }};
+  }
+
+  /// What a request for "WORD NUMBER" gives: the output, or the reason of the failure.
+  static std::string Ask(ToolRuns& tools, const std::string& word, int number) {
+    try {
+      return tools.Run(kPlace, {word, std::to_string(number), "al"});
+    } catch (const NKVXHMZ20::THMZException& error) {
+      return error.what();
+    }
+  }
+
+  /// Asks as a collector does, and says what is a problem of it.
+  Texts Problems(ToolRuns& tools) {
+    for (int number = 1; number <= 8; ++number) {
+      for (const char* word : {"getconfig", "getstatus"}) Ask(tools, word, number);
+    }
+    Texts texts;
+    for (const Problem& problem : FindRunProblems(tools.GetRecords())) {
+      texts.push_back(std::string(NameOf(problem.kind)) + "|" + problem.command + "|" +
+                      std::to_string(problem.controller) + "|" + std::to_string(problem.count) +
+                      (problem.is_blind ? "|blind|" : "|") + problem.what + "|" + problem.why);
+    }
+    return texts;
+  }
+
+  Texts runs;
+  std::vector<standin::ProcessLimits> limits_seen;
+};
+
+TEST_F(Runs, AreRememberedAndSharedInOneCollection) {
+  answer = [](const std::string& word, int) { return Exited(3, word + "\n", "first\nlast \n\n"); };
+  ToolRuns tools = Make();
+  for (const int number : {1, 1, 2}) EXPECT_EQ(Ask(tools, "a", number), "a\n");
+  EXPECT_EQ(runs, (Texts{"a 1", "a 2"}));
+  ASSERT_EQ(tools.GetRecords().size(), 2U);
+  const RunRecord& record = tools.GetRecords()[1];
+  EXPECT_EQ(record.CommandLine() + "|" + record.Tool() + "|" + record.Command(),
+            "/bin/sh a 2 al|sh|a al");
+  EXPECT_EQ(record.Controller(), 2);
+  EXPECT_EQ(record.exit_status, 3);
+  EXPECT_EQ(record.output_bytes + 100 * record.error_bytes, 2U + 1300U);
+  EXPECT_EQ(record.last_error_line, "last");
+  EXPECT_EQ(tools.GetRequests().size(), 3U);
+  EXPECT_EQ(tools.GetRequests()[1].record, 0U);
+
+  runs.clear();
+  ToolRuns unshared = Make({}, Sharing::kOff);
+  EXPECT_EQ(Ask(unshared, "a", 1) + Ask(unshared, "a", 1), "a\na\n");
+  EXPECT_EQ(runs, (Texts{"a 1", "a 1"}));
+}
+
+TEST_F(Runs, RefuseWhatThePluginThrewOverAndNothingElse) {
+  answer = [](const std::string& word, int) { return Exited(0, word); };
+  ToolRuns tools = Make();
+  EXPECT_FALSE(tools.RefuseLatestRequest("nothing was asked"));
+  tools.BeginAttempt();
+  Ask(tools, "a", 1);
+  Ask(tools, "a", 1);
+  EXPECT_TRUE(tools.RefuseLatestRequest("too short"));
+  tools.BeginAttempt();
+  EXPECT_EQ(Ask(tools, "a", 1), "a");  // the first request still gets the text
+  EXPECT_EQ(Ask(tools, "a", 1), "/bin/sh: printed what cannot be read");
+  EXPECT_EQ(Ask(tools, "a", 1), "a");
+  EXPECT_EQ(tools.GetRequests()[1].is_refused, true);
+  EXPECT_EQ(runs.size(), 1U);
+  tools.BeginAttempt();
+  Ask(tools, "a", 1);
+  Ask(tools, "a", 1);
+  EXPECT_EQ(tools.GetRecords()[0].why_unreadable, "too short");
+  EXPECT_FALSE(tools.RefuseLatestRequest("again"));  // nothing new is learnt: it is not to blame
+  EXPECT_EQ(tools.GetRecords()[0].why_unreadable, "");
+}
+
+TEST_F(Runs, OfAToolThatHangsAreFewAndNamed) {
+  answer = [](const std::string&, int) {
+    return Failed(standin::ProcessEnd::kTimedOut, "was stopped");
+  };
+  ToolRuns tools = Make();
+  EXPECT_EQ(Problems(tools),
+            (Texts{"run_timed_out|getconfig al|1|1|blind|/bin/sh getconfig 1 al|was stopped",
+                   "run_not_asked|getstatus al|0|2|/bin/sh, 2 runs|was not run: the tool had hung "
+                   "over this controller",
+                   "run_timed_out|getconfig al|2|1|blind|/bin/sh getconfig 2 al|was stopped",
+                   "run_timed_out|getconfig al|3|1|blind|/bin/sh getconfig 3 al|was stopped",
+                   "run_not_asked||0|11|blind|/bin/sh, 11 runs|was not run: the tool had hung 3 "
+                   "times"}));
+  EXPECT_EQ(runs, (Texts{"getconfig 1", "getconfig 2", "getconfig 3"}));
+}
+
+TEST_F(Runs, AreBoundedTogether) {
+  RunBounds bounds;
+  bounds.collection = milliseconds(200);
+  bounds.run.time = milliseconds(150);
+  answer = [](const std::string&, int) {
+    std::this_thread::sleep_for(milliseconds(70));
+    return Exited(0, "x");
+  };
+  ToolRuns tools = Make(bounds);
+  for (int number = 1; number <= 8; ++number) Ask(tools, "a", number);
+  EXPECT_LE(runs.size(), 3U);
+  EXPECT_EQ(limits_seen[0].time, milliseconds(150));
+  EXPECT_LT(limits_seen[1].time, milliseconds(150));
+  EXPECT_EQ(Ask(tools, "b", 1),
+            "/bin/sh: was not run: the time limit of the whole collection, 200 ms, was over");
+
+  runs.clear();
+  limits_seen.clear();
+  answer = [](const std::string&, int) { return Exited(0, std::string(60, 'x')); };
+  RunBounds small;
+  small.output_bytes = 100;
+  ToolRuns few = Make(small);
+  for (int number = 1; number <= 2; ++number) Ask(few, "a", number);
+  EXPECT_EQ(limits_seen[1].output_bytes, 40U);
+  EXPECT_TRUE(Ask(few, "a", 3).starts_with("/bin/sh: was not run: the outputs before it"));
+  EXPECT_EQ(Ask(few, "a", 1).size(), 60U);  // what is remembered stays
+}
+
+TEST_F(Runs, StopWhenNobodyWaitsForThem) {
+  RunObserver observer;
+  std::string why;
+  observer.why_stop = [&why] { return why; };
+  ToolRuns tools({}, Sharing::kOn, observer,
+                 [](const std::string&, const Texts&, const standin::ProcessLimits&) {
+                   return Exited(0, "x");
+                 });
+  EXPECT_EQ(Ask(tools, "a", 1), "x");
+  why = "the reader has gone";
+  EXPECT_EQ(Ask(tools, "a", 2), "/bin/sh: was not run: the reader has gone");
+}
+
+TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
+  const std::string config = std::string(kControllerHeading) + "\n";
+  const struct {
+    const char* what;
+    std::function<standin::ProcessResult(const std::string& word, int number)> answer;
+    Texts problems;
+  } cases[] = {
+      {"no controller of its kind", answer, {}},
+      {"no rights",
+       [](const auto&, int) { return Exited(1, "", "\n  Permission denied\nusage\n"); },
+       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
+        "number: Permission denied (does it need root?)"}},
+      {"a text that is no use",
+       [](const auto&, int) { return Exited(2, "Out of order.\n"); },
+       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 2 for every controller "
+        "number: Out of order."}},
+      {"fine, but for one status",
+       [&](const auto& word, int number) {
+         if (number != 2) return Exited(1, "no controller\n");
+         return word == "getconfig" ? Exited(0, config) : Exited(5, "", "busy\n");
+       },
+       {"run_failed|getstatus al|2|1|/bin/sh getstatus 2 al|ended with status 5 and printed "
+        "nothing: busy"}},
+      {"others that do not answer are normal",
+       [&](const auto&, int number) { return number == 2 ? Exited(0, config) : Exited(1, ""); },
+       {}},
+      {"a run that never began",
+       [&](const auto&, int number) {
+         return number == 2 ? Exited(0, config) : Exited(number == 7 ? 127 : 1, "");
+       },
+       {"run_failed||7|2|blind|/bin/sh, 2 runs|ended with status 127 and printed nothing"}},
+      {"crashes",
+       [](const auto&, int) { return Failed(standin::ProcessEnd::kSignalled, "was ended"); },
+       {"tool_failed||0|16|blind|/bin/sh|16 of 16 runs failed: was ended"}},
+      {"floods",
+       [&](const auto&, int number) {
+         return number == 2 ? Failed(standin::ProcessEnd::kOutputLimit, "was stopped")
+                            : Exited(0, config);
+       },
+       {"output_truncated|getconfig al|2|1|blind|/bin/sh getconfig 2 al|was stopped",
+        "output_truncated|getstatus al|2|1|/bin/sh getstatus 2 al|was stopped"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    answer = c.answer;
+    ToolRuns tools = Make();
+    EXPECT_EQ(Problems(tools), c.problems);
+  }
+}
+
+}  // namespace
