@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,21 +53,16 @@ void BM_SampleMachine(benchmark::State& state) {
   Options options;
   options.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
   for (const auto& known : standin::Schema()) options.classes.emplace_back(known.name);
-  const ToolRuns tools({}, false);
-  std::map<std::string, std::string> outputs;
   standin::HostServices services = standin::RealServices();
-  services.spawn_process = [&outputs](const std::string& program,
-                                      const std::vector<std::string>& arguments) {
-    std::string command = program;
-    for (const std::string& argument : arguments) command.append(" ").append(argument);
-    const auto [found, is_new] = outputs.emplace(command, "");
-    if (is_new) found->second = standin::RealServices().spawn_process(program, arguments);
-    return found->second;
+  // One that remembers the outputs: what it costs to run tools is measured elsewhere.
+  ToolRuns tools({}, Sharing::kOn);
+  services.spawn_process = [&tools](const auto& program, const auto& arguments) {
+    return tools.Run(program, arguments);
   };
   const standin::ScopedServices in_force(std::move(services));
   const auto run = [&] {
-    standin::Repository repository;
-    const Collection collection = Collect(options, repository, tools);
+    const Collection collection = Collect(options, tools);
+    const standin::Repository& repository = *collection.repository;
     if (!collection.failures.empty() || repository.GetCommitted().size() < 300) std::abort();
     Print({"host", 0, {}, repository}, state.range(0));
   };

@@ -1,8 +1,8 @@
 # Completion of kraid-inventory's command line for bash. It needs nothing of bash-completion.
 
 _kraid_inventory() {
-  local options="--check --color --format --help --list --log --output --passes --plugin --root
-    --tool-timeout --verbose --version"
+  local options="--as-host --check --color --format --help --list --log --no-lock --output --passes
+    --plugin --root --runs --timeout --tool-timeout --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
   COMPREPLY=()
@@ -20,7 +20,8 @@ _kraid_inventory() {
   case $before in
     --color) words="auto always never" ;;
     --format) words="text json mof" ;;
-    --passes | --tool-timeout) return ;;
+    --passes | --timeout | -t | --tool-timeout) return ;;
+    --runs) words="none failed all" ;;
     --root)
       compopt -o dirnames
       return

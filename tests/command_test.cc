@@ -4,17 +4,22 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <tuple>
 
 #include "hmz/exception.h"
 #include "inventory/command/class_list.h"
 #include "inventory/command/collection.h"
+#include "inventory/command/collection_lock.h"
 #include "inventory/command/log_file.h"
 #include "inventory/command/messages.h"
 #include "inventory/command/options.h"
 #include "inventory/command/progress_line.h"
-#include "inventory/command/tool_runs.h"
+#include "inventory/machine/read_machine.h"
+#include "inventory/runs/run_problems.h"
+#include "inventory/runs/tool_runs.h"
 #include "standin/host_services.h"
+#include "standin/schema.h"
 #include "tests/machine_files.h"
 
 namespace {
@@ -31,25 +36,94 @@ TEST(LogFile, HasOneLineForEachMessage) {
   EXPECT_EQ(log.GetError(), "");
 }
 
-TEST(ToolRuns, CountTheFailuresOfEachToolByReason) {
-  standin::ProcessLimits limits;
-  limits.time = std::chrono::milliseconds(200);
-  ToolRuns tools(limits, false);
-  EXPECT_EQ(tools.Run("/bin/sh", {"-c", "echo fine; exit 7"}), "fine\n");
-  for (const char* script : {"kill -9 $$", "sleep 5", "kill -9 $$"}) {
-    EXPECT_THROW(tools.Run("/bin/sh", {"-c", script}), NKVXHMZ20::THMZException);
+/// The real plug-in on the sample machine, of whose outputs one is another.
+class Salvage : public testing::Test {
+ protected:
+  Collection Do(const std::string& command_line, const std::string& output) {
+    auto outputs = ToolOutputs("sample");
+    outputs[command_line] = output;
+    tools_.emplace(
+        RunBounds(), Sharing::kOn, RunObserver(),
+        [this, outputs](const std::string& program, const Texts& arguments, const auto&) {
+          ++runs_;
+          standin::ProcessResult result;
+          std::string command = program;
+          for (const std::string& argument : arguments) command += " " + argument;
+          const auto found = outputs.find(command);
+          result.output = found == outputs.end() ? "Controller is not present.\n" : found->second;
+          return result;
+        });
+    standin::HostServices services = standin::Services();
+    services.spawn_process = [this](const auto& program, const auto& arguments) {
+      return tools_->Run(program, arguments);
+    };
+    const standin::ScopedServices in_force(services);
+    Options options;
+    options.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
+    for (const auto& known : standin::Schema()) options.classes.emplace_back(known.name);
+    return Collect(options, *tools_);
   }
-  EXPECT_THROW(tools.Run("./absent", {"x"}), NKVXHMZ20::THMZException);
-  EXPECT_EQ(tools.GetLastRun(), "./absent x");
-  const std::vector<Problem> expected = {
-      {"/bin/sh",
-       "3 of 4 runs failed: was ended by signal 9 (Killed) (2); was stopped after 200 ms, the time "
-       "limit of one run (1)",
-       Problem::Extent::kRuns},
-      {"./absent", "1 of 1 runs failed: cannot be started: No such file or directory",
-       Problem::Extent::kAbsentTool},
+
+  std::optional<ToolRuns> tools_;
+  int runs_ = 0;
+};
+
+TEST_F(Salvage, ShowsTheOtherControllersWhereverAnOutputOfOneIsCut) {
+  std::size_t cuts = 0;
+  std::size_t unreadable = 0;
+  for (const auto& [command_line, whole] : ToolOutputs("sample")) {
+    if (command_line.find("kelvcmd") == std::string::npos ||
+        command_line.find(" 2 ") == std::string::npos) {
+      continue;
+    }
+    for (std::size_t end = 0; end != std::string::npos; end = whole.find('\n', end + 1)) {
+      SCOPED_TRACE(command_line + " " + std::to_string(end));
+      runs_ = 0;
+      const Collection collection = Do(command_line, whole.substr(0, end + 1));
+      EXPECT_TRUE(collection.failures.empty());
+      EXPECT_EQ(runs_, 88);  // none for another attempt
+      const Report report{"h",
+                          0,
+                          FindRunProblems(tools_->GetRecords()),
+                          *collection.repository,
+                          0,
+                          tools_->GetRecords(),
+                          tools_->GetRequests()};
+      std::string tools;
+      const Machine machine = ReadMachine(report);
+      for (const Controller& controller : machine.controllers) tools += controller.tool + ";";
+      const bool has_lost = tools.find("kelvcmd 2") == std::string::npos;
+      EXPECT_EQ(tools, has_lost ? "kelvcmd 1;hrconf 1;arcconf 1;"
+                                : "kelvcmd 1;kelvcmd 2;hrconf 1;arcconf 1;");
+      for (const Problem& problem : report.problems) {
+        EXPECT_EQ(problem.kind, ProblemKind::kOutputUnreadable);
+        EXPECT_EQ(problem.what, command_line);
+        ++unreadable;
+      }
+      ++cuts;
+    }
+  }
+  EXPECT_GT(cuts, 190U);
+  EXPECT_GT(unreadable, 100U);
+}
+
+TEST(CollectionLock, IsHeldByOneAtATime) {
+  const std::string root = testing::TempDir();
+  const auto take = [&root](CollectionLock& lock, const char* suffix) {
+    return lock.Take(root + suffix, std::chrono::milliseconds(100), [](const std::string&) {});
   };
-  EXPECT_EQ(tools.GetProblems(), expected);
+  {
+    CollectionLock first;
+    CollectionLock second;
+    CollectionLock elsewhere;
+    EXPECT_EQ(take(first, ""), "");
+    EXPECT_TRUE(
+        take(second, "/./")
+            .starts_with("another collection here, of process " + std::to_string(getpid()) + " ("));
+    EXPECT_EQ(take(elsewhere, "/.."), "");
+  }
+  CollectionLock again;
+  EXPECT_EQ(take(again, ""), "");
 }
 
 TEST(ClassList, FindsTheNearestName) {
@@ -82,7 +156,7 @@ TEST(Collection, TellsWhatThrewAndWhere) {
   };
   std::string log;
   for (const auto& c : cases) {
-    ToolRuns tools({}, false);
+    ToolRuns tools({}, Sharing::kOff);
     log.clear();
     standin::HostServices services = standin::Services();
     services.spawn_process = [&tools](const auto& program, const auto& arguments) {
@@ -94,14 +168,14 @@ TEST(Collection, TellsWhatThrewAndWhere) {
     options.plugin = c.classes.empty() ? "/dev/null" : KRAID_BUILD_DIR "/tests/libodd.pi.so";
     options.classes = c.classes;
     options.passes = c.passes;
-    standin::Repository repository;
-    const Collection collection = Collect(options, repository, tools);
-    EXPECT_EQ(std::to_string(repository.GetCommitted().size()) + " " +
+    options.as_host = true;
+    const Collection collection = Collect(options, tools);
+    EXPECT_EQ(std::to_string(collection.repository->GetCommitted().size()) + " " +
                   std::to_string(collection.latest_pass) + " " + log,
               c.outcome);
     std::string failures;
     for (const Problem& failure : collection.failures) {
-      EXPECT_EQ(failure.extent, Problem::Extent::kCollection);
+      EXPECT_EQ(failure.kind, ProblemKind::kPluginFailed);
       failures += failure.what + ": " + failure.why;
     }
     EXPECT_TRUE(c.failure.empty() ? failures.empty() : failures.starts_with(c.failure)) << failures;
@@ -174,7 +248,7 @@ TEST(Options, SayWhatIsAskedFor) {
   EXPECT_TRUE(nothing.options->all_classes);
   EXPECT_EQ(nothing.options->classes.size(), 28U);
   EXPECT_EQ(nothing.options->plugin, KRAID_BUILD_DIR "/lib/kraid-inventory/libkraid.pi.so");
-  EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(300));
+  EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(60));
   EXPECT_EQ(Parsed("--check").options->format, Format::kCheck);
 
   const Parsed much(
@@ -201,10 +275,13 @@ TEST(Messages, LetNoCodesReachTheTerminal) {
   testing::internal::CaptureStderr();
   testing::internal::CaptureStdout();
   EXPECT_EQ(Refuse(odd, true, 2), 3);
-  ToolRuns({}, true).Run("/bin/sh", {"-c", R"(printf "$0" >&2)", odd});
+  RunRecord run;
+  run.program = "./tool";
+  run.arguments = {odd};
+  run.error_output = odd;
+  ShowErrorOutput(run);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "kraid-inventory: " + fine +
-                "\nkraid-inventory: standard error of /bin/sh -c printf \"$0\" >&2 " + fine +
+            "kraid-inventory: " + fine + "\nkraid-inventory: standard error of ./tool " + fine +
                 ":\na?[2J\n?\xef\xbf\xbd\xc3\xbc\n");
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "KRAID UNKNOWN - a?[2J ?\xef\xbf\xbd\xc3\xbc\n");

@@ -20,7 +20,7 @@ using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
 std::string Json(const Report& report) {
-  return Printed([&](Sink& output) { PrintJson(report, output); });
+  return Printed([&](Sink& output) { PrintJson(report, RunsShown::kFailed, output); });
 }
 
 std::string Mof(const Report& report) {
@@ -117,7 +117,8 @@ TEST(InstancePrinters, WriteEveryKindOfValue) {
 TEST(InstancePrinters, SayThatThereIsNothing) {
   const standin::Repository repository;
   const Report report{"h", 0, {}, repository};
-  EXPECT_TRUE(Json(report).ends_with("\"problems\": [],\n  \"instances\": []\n}\n"));
+  EXPECT_TRUE(
+      Json(report).ends_with("\"problems\": [],\n  \"runs\": [],\n  \"instances\": []\n}\n"));
   EXPECT_EQ(List(report, 60), "No instances.\n");
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "inventory/base/times.h"
+
 namespace {
 
 #define REPLACED "\xef\xbf\xbd"  // U+FFFD
@@ -43,6 +45,19 @@ TEST(Readable, CountsColumnsAndThings) {
   EXPECT_EQ(Counted(0, "device") + Counted(1, "device") + Counted(2, "device"),
             "0 devices1 device2 devices");
   EXPECT_EQ(Lower("AZ@[az\xc3\x9c"), "az@[az\xc3\x9c");
+}
+
+TEST(Rfc3339, HoldsWhatACalendarHas) {
+  using NKVXHMZ20::TCIMDateTime;
+  const std::pair<TCIMDateTime, const char*> cases[] = {
+      {{2026, 3, 8, 4, 0, 5, 999999, 60}, "2026-03-08T04:00:05+01:00"},
+      {{2024, 2, 29, 23, 59, 59, 0, -570}, "2024-02-29T23:59:59-09:30"},
+      {{2026, 2, 29, 0, 0, 0, 0, 0}, ""},
+      {{2026, 1, 1, 24, 0, 0, 0, 0}, ""},
+      {{}, ""},
+  };
+  for (const auto& [time, text] : cases) EXPECT_EQ(Rfc3339(time), text) << time.ToString();
+  EXPECT_EQ(SecondsText(std::chrono::milliseconds(12034)), "12.034");
 }
 
 }  // namespace

@@ -16,10 +16,11 @@ namespace {
 using NKVXHMZ20::TCIMDateTime;
 using NKVXHMZ20::TCIMValue;
 
-const Problem kAbsent = {"arcconf", "not there", Problem::Extent::kAbsentTool};
+const Problem kAbsent = {"arcconf", "not there", ProblemKind::kToolAbsent};
 const Problem kFailed = {"hrconf", "crashed"};
-const Problem kUseless = {"hrconf", "all failed", Problem::Extent::kTool};
-const Problem kThrew = {"kelvcmd", "too short", Problem::Extent::kCollection};
+const Problem kUseless = {"hrconf", "all failed", ProblemKind::kToolFailed, "hrconf", "", 0,
+                          0,        true};
+const Problem kThrew = {"kelvcmd", "too short", ProblemKind::kPluginFailed};
 
 /// A controller with one device in this state; null: none.
 void CommitDevice(standin::Repository& repository, const char* state) {
@@ -49,7 +50,7 @@ void CommitOddMachine(standin::Repository& repository) {
 }
 
 std::string Text(const Report& report, const Display& display, const char* root = "/r") {
-  return Printed([&](Sink& output) { PrintText(report, root, display, output); });
+  return Printed([&](Sink& output) { PrintText(report, root, false, display, output); });
 }
 
 std::string CheckLine(const Report& report) {
@@ -59,7 +60,7 @@ std::string CheckLine(const Report& report) {
 TEST(TextReport, ShowsTheSampleMachineInAnyWidth) {
   const auto repository = PublishSampleMachine();
   const Report report{
-      "harbor1", 0, {{"./kraid/absent", "", Problem::Extent::kAbsentTool}}, *repository};
+      "harbor1", 0, {{"./kraid/absent", "", ProblemKind::kToolAbsent}}, *repository};
   CompareExpected("sample/report_60.txt", Text(report, {60, false, false}));
   CompareExpected("sample/report_200.txt", Text(report, {200, true, true}));
   CompareExpected("sample/check.txt", CheckLine(report));
@@ -137,7 +138,7 @@ TEST(Check, NamesAsMuchAsALineCanHold) {
   };
   const standin::Repository nothing;
   std::vector<Problem> problems(9, {"tool", repeated(300, "-")});
-  problems.push_back({"\x80" + repeated(100, "├"), "", Problem::Extent::kCollection});
+  problems.push_back({"\x80" + repeated(100, "├"), "", ProblemKind::kPluginFailed});
   const std::string finding = "tool: " + repeated(194, "-") + "...; ";
   const std::string line = CheckLine({"h", 0, problems, nothing});
   EXPECT_EQ(line.substr(0, line.find('|')),

@@ -13,7 +13,14 @@ namespace {
 
 constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
+// For the signal handler: it changes only while that is kept from running.
+char last_words[500];
+std::size_t last_words_size = 0;
+
 void EndBySignal(int number) {
+  if (last_words_size > 0 && write(STDOUT_FILENO, last_words, last_words_size) < 0) {
+    // Nobody is left to be told.
+  }
   standin::KillRunningProcess();
   UnfinishedFile::RemoveAll();
   signal(number, SIG_DFL);
@@ -55,6 +62,11 @@ void CleanUpOnSignals() {
   }
   // A reader that goes away is an error of writing, not the end of this program.
   signal(SIGPIPE, SIG_IGN);
+}
+
+void SayWhenASignalEnds(const std::string& text) {
+  const SignalsBlocked blocked;
+  last_words_size = text.copy(last_words, sizeof last_words);
 }
 
 // The list and the paths in it, which the signal handler reads, change only while it is kept from

@@ -8,6 +8,10 @@
 /// that the caller of this program had ignored stay ignored.
 void CleanUpOnSignals();
 
+/// What is written to standard output when a signal ends this program; "" for nothing. At most 500
+/// bytes of it are.
+void SayWhenASignalEnds(const std::string& text);
+
 /// A file on its way to its place: until it gets there it goes with the object, and with this
 /// program when a signal ends it. Not for programs with several threads.
 class UnfinishedFile {

@@ -1,35 +1,77 @@
 #include "inventory/command/inventory_run.h"
 
+#include <poll.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <utility>
 
+#include "inventory/command/class_list.h"
 #include "inventory/command/collection.h"
+#include "inventory/command/collection_lock.h"
+#include "inventory/command/ending_signals.h"
 #include "inventory/command/exit_status.h"
 #include "inventory/command/log_file.h"
 #include "inventory/command/messages.h"
 #include "inventory/command/output_file.h"
-#include "inventory/command/tool_runs.h"
+#include "inventory/command/progress_line.h"
+#include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
 #include "inventory/print/text_report.h"
+#include "inventory/runs/run_problems.h"
+#include "inventory/runs/tool_runs.h"
 #include "standin/host_services.h"
 #include "standin/repository.h"
 
 namespace {
+
+/// A report and what it is about.
+struct Outcome {
+  std::unique_ptr<standin::Repository> repository;
+  std::unique_ptr<Report> report;
+};
 
 /// "cannot write FILE: WHY"
 std::string CannotWrite(const std::filesystem::path& file, const std::string& why) {
   return "cannot write " + file.string() + ": " + why;
 }
 
-/// Fills the repository and says how that went.
-Report CollectReport(const Options& options, LogFile& log, standin::Repository& repository) {
-  standin::ProcessLimits limits;
-  limits.time = options.tool_timeout;
-  ToolRuns tools(limits, options.verbose);
+/// Why nobody waits for standard output any more; "" as long as somebody does.
+std::string WhyNobodyReads() {
+  pollfd output = {STDOUT_FILENO, 0, 0};
+  const bool is_broken = poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
+  return is_broken ? "nobody reads standard output any more" : "";
+}
+
+RunObserver Observe(const Options& options, ProgressLine& progress) {
+  RunObserver observer;
+  observer.before = [&progress, count = 0](const std::string& command_line) mutable {
+    progress.Show("run " + std::to_string(++count) + ": " + command_line);
+  };
+  if (options.verbose) {
+    observer.after = [&progress](const RunRecord& record) {
+      progress.Clear();
+      ShowErrorOutput(record);
+    };
+  }
+  if (options.output.empty()) observer.why_stop = WhyNobodyReads;
+  return observer;
+}
+
+/// Collects, and says how that went.
+Outcome CollectOutcome(const Options& options, LogFile& log) {
+  RunBounds bounds;
+  bounds.run.time = options.tool_timeout;
+  bounds.collection = options.timeout;
+  ProgressLine progress;
+  ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,
+                 Observe(options, progress));
   standin::HostServices services = standin::Services();
   services.spawn_process = [&tools](const auto& program, const auto& arguments) {
     return tools.Run(program, arguments);
@@ -37,21 +79,45 @@ Report CollectReport(const Options& options, LogFile& log, standin::Repository& 
   services.log = [&log](int level, const auto& text) { log.Write(level, text); };
   const standin::ScopedServices in_force(std::move(services));
 
-  const Collection collection = Collect(options, repository, tools);
-  tools.GetProgress().Clear();
+  const auto collected_at = standin::Services().get_local_time();
+  const auto start = std::chrono::steady_clock::now();
+  Collection collection = Collect(options, tools);
+  progress.Clear();
 
-  Report report{standin::Services().get_machine_name(), kExitAnswered, tools.GetProblems(),
-                repository, collection.latest_pass};
-  for (const Problem& failure : collection.failures) {
-    Complain(failure.what + ": " + failure.why);
-    report.problems.push_back(failure);
+  Outcome outcome{std::move(collection.repository), nullptr};
+  outcome.report = std::make_unique<Report>(Report{
+      standin::Services().get_machine_name(), kExitAnswered, FindRunProblems(tools.GetRecords()),
+      *outcome.repository, collection.latest_pass, tools.GetRecords(), tools.GetRequests(),
+      collected_at,
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                            start)});
+  Report& report = *outcome.report;
+  for (Problem& failure : collection.failures) report.problems.push_back(std::move(failure));
+  for (const Problem& problem : report.problems) {
+    if (problem.kind != ProblemKind::kOutputUnreadable &&
+        problem.kind != ProblemKind::kPluginFailed) {
+      continue;
+    }
+    Complain(problem.what + ": " + problem.why);
     report.exit_status = kExitFailed;
+  }
+  for (const std::string& name : options.classes) {
+    if (NearestClass(name) == name) continue;
+    Problem problem;
+    problem.kind = ProblemKind::kUnknownClass;
+    problem.what = "class " + name;
+    problem.why =
+        "the schema has no such class; did you mean " + std::string(NearestClass(name)) + "?";
+    report.problems.push_back(std::move(problem));
+  }
+  if (options.all_classes) {
+    for (Problem& problem : FindUnreadLines(report)) report.problems.push_back(std::move(problem));
   }
   if (!log.GetError().empty()) {
     Complain(CannotWrite(options.log, log.GetError()));
     report.exit_status = kExitOutput;
   }
-  return report;
+  return outcome;
 }
 
 /// Returns the exit status, which only a check has a say in.
@@ -60,14 +126,15 @@ int Print(const Options& options, const Report& report, OutputFile& output) {
     case Format::kText: {
       const Display display = FindDisplay(options.color, !options.output.empty());
       if (options.all_classes) {
-        PrintText(report, std::filesystem::current_path().string(), display, output);
+        PrintText(report, std::filesystem::current_path().string(), options.verbose, display,
+                  output);
       } else {
         PrintInstances(report, display, output);
       }
       break;
     }
     case Format::kJson:
-      PrintJson(report, output);
+      PrintJson(report, options.runs, output);
       break;
     case Format::kMof:
       PrintMof(report, output);
@@ -98,9 +165,21 @@ int RunInventory(const Options& options) {
     return refuse("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
   }
 
-  standin::Repository repository;
-  const Report report = CollectReport(options, log, repository);
-  const int exit_status = Print(options, report, output);
+  CollectionLock lock;
+  if (options.lock) {
+    ProgressLine progress;
+    const std::string why = lock.Take(
+        std::filesystem::current_path(error), options.timeout, [&progress](const auto& holder) {
+          progress.Show("waiting for another collection here, of " + holder);
+        });
+    if (!why.empty()) return refuse(why, kExitFailed);
+  }
+  if (options.format == Format::kCheck) {
+    SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
+  }
+  const Outcome outcome = CollectOutcome(options, log);
+  SayWhenASignalEnds("");
+  const int exit_status = Print(options, *outcome.report, output);
   output.Finish();
   if (output.GetError().empty()) return exit_status;
   if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());

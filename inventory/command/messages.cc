@@ -10,6 +10,13 @@ void Complain(const std::string& text) {
   std::cerr << kProgramName << ": " << Sanitized(text, Layout::kOneLine) << std::endl;
 }
 
+void ShowErrorOutput(const RunRecord& run) {
+  if (run.error_output.empty()) return;
+  Complain("standard error of " + run.CommandLine() + ":");
+  std::cerr << Sanitized(run.error_output, Layout::kLines);
+  if (run.error_output.back() != '\n') std::cerr << '\n';
+}
+
 int Refuse(const std::string& why, bool is_check, int exit_status) {
   Complain(why);
   if (!is_check) return exit_status;

@@ -28,6 +28,8 @@ constexpr char kFooter[] =
 
 constexpr std::pair<const char*, Format> kFormats[] = {
     {"text", Format::kText}, {"json", Format::kJson}, {"mof", Format::kMof}};
+constexpr std::pair<const char*, RunsShown> kRunsShown[] = {
+    {"none", RunsShown::kNone}, {"failed", RunsShown::kFailed}, {"all", RunsShown::kAll}};
 constexpr std::pair<const char*, Color> kColors[] = {
     {"auto", Color::kAuto}, {"always", Color::kAlways}, {"never", Color::kNever}};
 
@@ -95,6 +97,10 @@ std::string CheckNotEmpty(const std::string& text) {
   return text.empty() ? "the file's name is empty" : "";
 }
 
+std::chrono::milliseconds Milliseconds(double seconds) {
+  return std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
+}
+
 fs::path Absolute(const fs::path& path) {
   return path.empty() ? path : fs::absolute(path).lexically_normal();
 }
@@ -107,6 +113,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   bool list = false;
   bool check = false;
   double tool_timeout_s = std::chrono::duration<double>(options.tool_timeout).count();
+  double timeout_s = 60;
+  bool no_lock = false;
 
   CLI::App app("Loads the KelvaRAID collector plug-in as a host does and prints what it reports.",
                kProgramName);
@@ -143,11 +151,20 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "ask so many times, as a long-running host does (default: 1)")
       ->type_name("N")
       ->check(CLI::Range(1, 1'000'000).description(""));
-  app.add_option("--tool-timeout", tool_timeout_s, "time limit of one tool run (default: 300)")
+  CLI::Option* const timeout =
+      app.add_option("-t,--timeout", timeout_s,
+                     "time limit of the whole collection (default: none; 60 with --check)")
+          ->type_name("SECONDS")
+          ->check(CLI::Validator(CheckSeconds, ""));
+  app.add_option("--tool-timeout", tool_timeout_s, "time limit of one tool run (default: 60)")
       ->type_name("SECONDS")
       ->check(CLI::Validator(CheckSeconds, ""));
+  app.add_flag("--as-host", options.as_host,
+               "run every request of the plug-in, and end where it throws, as a host does");
+  AddChoice(app, "--runs", options.runs, kRunsShown, "the runs that JSON lists (default: failed)");
+  app.add_flag("--no-lock", no_lock, "do not wait for another collection below the same root");
   app.add_flag("--verbose", options.verbose,
-               "show on standard error what the tools write to their standard error");
+               "show the standard error of the tools, and what no parser took of their output");
 
   const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
   try {
@@ -175,7 +192,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       options.classes.emplace_back(known.name);
     }
   }
-  options.tool_timeout = std::chrono::milliseconds(static_cast<long long>(tool_timeout_s * 1000));
+  options.tool_timeout = Milliseconds(tool_timeout_s);
+  if (check || timeout->count() > 0) options.timeout = Milliseconds(timeout_s);
+  options.lock = !no_lock;
   for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log}) {
     *path = Absolute(*path);
   }

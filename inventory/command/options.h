@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "inventory/print/display.h"
+#include "inventory/print/json_printer.h"
 
 enum class Format { kText, kJson, kMof, kCheck };
 
@@ -22,7 +23,11 @@ struct Options {
   std::filesystem::path output;  // empty: standard output
   std::filesystem::path log;     // empty: none
   int passes = 1;
-  std::chrono::milliseconds tool_timeout{std::chrono::seconds{300}};
+  std::chrono::milliseconds tool_timeout{std::chrono::seconds{60}};
+  std::optional<std::chrono::milliseconds> timeout;  // of the collection; none: no limit
+  bool as_host = false;                              // every request runs, the first throw counts
+  bool lock = true;
+  RunsShown runs = RunsShown::kFailed;
   bool verbose = false;
 };
 

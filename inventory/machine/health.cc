@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -29,10 +30,56 @@ std::string StateText(const std::string& state) {
   return state.empty() ? "no state is reported" : state;
 }
 
+/// What health depends on and most drives of a tool have, each a part of its name.
+class UsualLabels {
+ public:
+  explicit UsualLabels(const Machine& machine) {
+    for (const Controller& controller : machine.controllers) {
+      for (const Device& device : controller.devices) {
+        if (!IsDrive(device)) continue;
+        Counts& counts = counts_[ToolOf(controller)];
+        ++counts.drives;
+        if (device.has_size) ++counts.sizes;
+        if (!device.predicts_failure.empty()) ++counts.predictions;
+      }
+    }
+  }
+
+  /// A drive whose line is missing, or spelled in a way that no parser knows, is not judged by it.
+  void Check(const Controller& controller, const Device& device, Finding& finding) const {
+    const auto found = counts_.find(ToolOf(controller));
+    if (!IsDrive(device) || found == counts_.end()) return;
+    const Counts& counts = found->second;
+    if (!device.has_size && IsUsual(counts.sizes, counts)) Add("size", finding);
+    if (device.predicts_failure.empty() && IsUsual(counts.predictions, counts)) Add("PFA", finding);
+  }
+
+ private:
+  struct Counts {
+    std::size_t drives = 0;
+    std::size_t sizes = 0;
+    std::size_t predictions = 0;
+  };
+
+  static bool IsDrive(const Device& device) { return device.type.starts_with("Hard d"); }
+  static bool IsUsual(std::size_t count, const Counts& counts) {
+    return count > counts.drives - count;
+  }
+  static std::string ToolOf(const Controller& controller) {
+    return controller.tool.substr(0, controller.tool.find(' '));
+  }
+  static void Add(const char* label, Finding& finding) {
+    finding.Add(Severity::kWarning,
+                std::string("no ") + label + " is reported, unlike of other drives");
+  }
+
+  std::map<std::string, Counts> counts_;  // by tool
+};
+
 class ControllerAssessor {
  public:
-  explicit ControllerAssessor(const Controller& controller)
-      : controller_(controller), where_("controller " + controller.number) {
+  ControllerAssessor(const Controller& controller, const UsualLabels& usual)
+      : controller_(controller), usual_(usual), where_("controller " + controller.number) {
     if (!controller.name.empty()) where_ += " (" + controller.name + ")";
   }
 
@@ -83,6 +130,7 @@ class ControllerAssessor {
     const bool is_flagged = PredictsFailure(device);
     if (is_flagged) finding.Add(Severity::kWarning, "PFA: " + device.predicts_failure);
     AddCounters(device, is_flagged, finding);
+    usual_.Check(controller_, device, finding);
     Find(std::move(finding));
   }
 
@@ -170,6 +218,7 @@ class ControllerAssessor {
   void Find(Finding finding) { Find(std::move(finding), health_.findings.end()); }
 
   const Controller& controller_;
+  const UsualLabels& usual_;
   std::string where_;
   Health health_;  // the controller's share
 };
@@ -191,8 +240,9 @@ Health Assess(const Machine& machine) {
     health.findings.push_back(
         {Severity::kCritical, tool, "its output tells of a controller that was not collected"});
   }
+  const UsualLabels usual(machine);
   for (const Controller& controller : machine.controllers) {
-    Append(ControllerAssessor(controller).Assess(), health);
+    Append(ControllerAssessor(controller, usual).Assess(), health);
   }
   const auto first_warning =
       std::stable_partition(health.findings.begin(), health.findings.end(),

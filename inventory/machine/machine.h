@@ -25,6 +25,7 @@ struct Device {
   std::string type;
   std::string state;
   std::string size;
+  bool has_size = false;         ///< Whether the tool prints one, be it 0.
   std::string predicts_failure;  ///< "Yes" or "No", as the tools have it.
   std::string firmware;
   std::string serial_number;

@@ -1,7 +1,9 @@
 #include "inventory/machine/raw_output.h"
 
 #include <algorithm>
+#include <map>
 #include <sstream>
+#include <utility>
 
 #include "inventory/base/readable.h"
 #include "inventory/machine/property_text.h"
@@ -38,26 +40,78 @@ RawOutput ReadRawOutput(const standin::StoredInstance& raw_record) {
   return output;
 }
 
-// The plug-in numbers each tool's controllers on from those that it found before.
-void AddRawOutputs(const std::vector<RawOutput>& outputs, Machine& machine) {
-  std::size_t next = 0;
-  int offset = 0;
-  const std::string* tool = nullptr;
+namespace {
+
+/// What the plug-in made of one controller's configuration.
+struct Parsed {
+  std::string tool;
+  int number = 0;
+  bool is_found = false;
+};
+
+/// Of kelvcmd's, a controller without a section of devices is never published.
+bool IsFound(const std::string& tool, bool has_controller, bool has_devices) {
+  return has_controller && (has_devices || tool != kKelvcmd);
+}
+
+/// The plug-in asks for each configuration twice, the second time to parse it; when it collects
+/// anew, twice again. The last time counts.
+std::vector<Parsed> ParsedOf(const Report& report) {
+  std::vector<Parsed> all;
+  std::map<std::pair<std::string, int>, std::size_t> indices;
+  std::map<std::pair<std::string, int>, int> times;
+  for (const RunRequest& request : report.requests) {
+    const RunRecord& run = report.runs[request.record];
+    if (run.arguments.empty() || run.arguments[0] != kGetConfigWord) continue;
+    const std::pair key(run.Tool(), run.Controller());
+    if (++times[key] % 2 != 0) continue;
+    const auto [found, is_new] = indices.emplace(key, all.size());
+    if (is_new) all.push_back({key.first, key.second, false});
+    const auto holds = [&run](const char* text) {
+      return run.output->find(text) != std::string::npos;
+    };
+    all[found->second].is_found =
+        !request.is_refused &&
+        IsFound(key.first, holds(kControllerHeading), holds(kPhysicalDeviceHeading));
+  }
+  return all;
+}
+
+std::vector<Parsed> ParsedOf(const std::vector<RawOutput>& outputs) {
+  std::vector<Parsed> all;
   for (const RawOutput& output : outputs) {
     if (!output.has_controller) continue;
-    if (tool == nullptr || *tool != output.tool) offset = static_cast<int>(next);
-    tool = &output.tool;
-    // Of kelvcmd's, a controller without a section of devices is never published.
-    const bool is_published =
-        next < machine.controllers.size() && (output.has_devices || output.tool != kKelvcmd) &&
-        machine.controllers[next].number == std::to_string(output.number + offset);
-    const std::string name = output.tool + " " + std::to_string(output.number);
-    if (!is_published) {
-      machine.unpublished.push_back(name);
+    all.push_back({output.tool, output.number, IsFound(output.tool, true, output.has_devices)});
+  }
+  return all;
+}
+
+}  // namespace
+
+void AddRawOutputs(const std::vector<RawOutput>& outputs, const Report& report, Machine& machine) {
+  std::map<std::pair<std::string, int>, Controller*> published;
+  std::size_t next = 0;
+  int offset = 0;
+  std::string tool;
+  for (const Parsed& parsed : report.requests.empty() ? ParsedOf(outputs) : ParsedOf(report)) {
+    if (tool != parsed.tool) offset = static_cast<int>(next);
+    tool = parsed.tool;
+    if (!parsed.is_found || next >= machine.controllers.size() ||
+        machine.controllers[next].number != std::to_string(parsed.number + offset)) {
       continue;
     }
-    machine.controllers[next].tool = name;
-    machine.controllers[next].battery_status = output.battery_status;
-    ++next;
+    Controller& controller = machine.controllers[next++];
+    controller.tool = parsed.tool + " " + std::to_string(parsed.number);
+    controller.battery_status.clear();
+    published[{parsed.tool, parsed.number}] = &controller;
+  }
+  for (const RawOutput& output : outputs) {
+    if (!output.has_controller) continue;
+    const auto controller = published.find({output.tool, output.number});
+    if (controller != published.end()) {
+      controller->second->battery_status = output.battery_status;
+    } else {
+      machine.unpublished.push_back(output.tool + " " + std::to_string(output.number));
+    }
   }
 }

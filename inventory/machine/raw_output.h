@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "inventory/base/report.h"
 #include "inventory/machine/machine.h"
 #include "standin/repository.h"
 
@@ -21,6 +22,10 @@ RawOutput ReadRawOutput(const standin::StoredInstance& raw_record);
 
 /// Tells each controller its tool and the state of its battery, and the machine which controllers
 /// were not published. The outputs stand in the order in which the tools ran.
-void AddRawOutputs(const std::vector<RawOutput>& outputs, Machine& machine);
+///
+/// Which controller is whose comes from the plug-in's requests, as it parses another one than it
+/// keeps: the plug-in numbers each tool's controllers on from those that it found before. Without
+/// requests (a report of instances alone) each output is taken for the one that was parsed.
+void AddRawOutputs(const std::vector<RawOutput>& outputs, const Report& report, Machine& machine);
 
 #endif  // INVENTORY_MACHINE_RAW_OUTPUT_H_

@@ -128,7 +128,7 @@ Machine MachineReader::Read(const Report& report) {
     drafts_[i].errors.MoveTo(controller, devices);
     GroupDrives(drafts_[i].arrays, drafts_[i].locations, std::move(devices), controller);
   }
-  AddRawOutputs(outputs_, machine_);
+  AddRawOutputs(outputs_, report, machine_);
   return std::move(machine_);
 }
 
@@ -210,6 +210,7 @@ void MachineReader::ReadDiskDrive(const StoredInstance& instance) {
   if (device.place.empty()) {
     device.place = PlaceText(PropertyText(instance, "Channel"), PropertyText(instance, "ScsiId"));
   }
+  device.has_size = !device.size.empty();
   device.size = WithUnit(device.size);
   if (device.size == "0 MB") device.size.clear();
   if (device.model.empty()) {

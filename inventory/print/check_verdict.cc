@@ -5,25 +5,19 @@ CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
   CheckVerdict verdict;
   verdict.findings = health.findings;
   verdict.critical = health.critical;
-  bool is_tool_lost = false;  // and with it all that it would have told
+  bool is_blind = false;  // to a controller, at least
   for (const Problem& problem : problems) {
-    switch (problem.extent) {
-      case Problem::Extent::kAbsentTool:
-        break;
-      case Problem::Extent::kCollection:
-        verdict.unknowns.push_back(problem.what + ": " + problem.why);
-        break;
-      case Problem::Extent::kTool:
-        is_tool_lost = true;
-        [[fallthrough]];
-      case Problem::Extent::kRuns:
-        verdict.findings.push_back({Severity::kWarning, problem.what, problem.why});
-        break;
+    if (!IsLoss(problem)) continue;
+    if (problem.kind == ProblemKind::kPluginFailed) {
+      verdict.unknowns.push_back(problem.what + ": " + problem.why);
+      continue;
     }
+    is_blind = is_blind || problem.is_blind;
+    verdict.findings.push_back({Severity::kWarning, problem.what, problem.why});
   }
   if (machine.controllers.empty()) verdict.unknowns.emplace_back("no controller was found");
 
-  if (!verdict.unknowns.empty() || (is_tool_lost && verdict.critical == 0)) {
+  if (!verdict.unknowns.empty() || (is_blind && verdict.critical == 0)) {
     verdict.status = kCheckUnknown;
   } else if (verdict.critical > 0) {
     verdict.status = kCheckCritical;

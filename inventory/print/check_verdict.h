@@ -21,12 +21,12 @@ enum CheckStatus : int {
 struct CheckVerdict {
   CheckStatus status = kCheckOk;
   std::vector<std::string> unknowns;  ///< Why nothing that was found can be relied on.
-  std::vector<Finding> findings;      ///< The machine's, then a warning for each tool that failed.
+  std::vector<Finding> findings;      ///< The machine's, then a warning for each problem.
   std::size_t critical = 0;           ///< How many of the findings, the first ones.
 };
 
-/// Unknown when there is no controller or the collection threw, whatever was found, and when a tool
-/// that is there failed in all its runs, unless something critical was found.
+/// Unknown when there is no controller or the collection threw, whatever was found; and when all of
+/// a tool or of a controller was not seen, unless something critical was found.
 CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
                         const std::vector<Problem>& problems);
 

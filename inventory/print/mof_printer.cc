@@ -37,6 +37,7 @@ class MofPrinter {
     output_.Write(std::string("// Written by ") + kProgramName + " " KRAID_VERSION + " on " +
                   Readable(report_.host) + ". It needs the schema, kvxsg.mof.\n");
     for (const Problem& problem : report_.problems) {
+      if (problem.kind == ProblemKind::kLinesNotUnderstood) continue;
       output_.Write("// Not collected: " + Readable(problem.what + ": " + problem.why) + "\n");
     }
     const auto& committed = report_.repository.GetCommitted();

@@ -13,8 +13,6 @@
 
 namespace {
 
-bool IsAbsentTool(const Problem& problem) { return problem.extent == Problem::Extent::kAbsentTool; }
-
 /// "nothing needs attention", in the colour of the worst that is said.
 Span AttentionSpan(const Report& report, const Machine& machine, const Health& health) {
   Span span = {"nothing needs attention", Tint::kGood};
@@ -24,7 +22,7 @@ Span AttentionSpan(const Report& report, const Machine& machine, const Health& h
   } else if (machine.controllers.empty()) {
     span = {"no controller was found", Tint::kWarning};
   }
-  if (!std::all_of(report.problems.begin(), report.problems.end(), IsAbsentTool)) {
+  if (std::any_of(report.problems.begin(), report.problems.end(), IsLoss)) {
     span.text += "; not all was collected";
     span.tint = std::max(span.tint, Tint::kWarning);
   }
@@ -43,14 +41,16 @@ void PrintSummary(const Report& report, const Machine& machine, TextWriter& writ
   }
 }
 
-void PrintProblems(const Report& report, const std::string& root, TextWriter& writer) {
+void PrintProblems(const Report& report, const std::string& root, bool is_verbose,
+                   TextWriter& writer) {
   std::string absent;
   bool is_first = true;
   for (const Problem& problem : report.problems) {
-    if (IsAbsentTool(problem)) {
+    if (problem.kind == ProblemKind::kToolAbsent) {
       absent.append(absent.empty() ? "" : ", ").append(problem.what);
       continue;
     }
+    if (!IsLoss(problem) && !is_verbose) continue;
     if (is_first) writer.Line();
     is_first = false;
     writer.FlowWords({{"NOT COLLECTED  ", Tint::kWarning}}, std::string(12, ' '),
@@ -116,12 +116,12 @@ void PrintOperation(const Controller& controller, TextWriter& writer) {
 
 }  // namespace
 
-void PrintText(const Report& report, const std::string& root, const Display& display,
-               Sink& output) {
+void PrintText(const Report& report, const std::string& root, bool is_verbose,
+               const Display& display, Sink& output) {
   const Machine machine = ReadMachine(report);
   TextWriter writer(display, output);
   PrintSummary(report, machine, writer);
-  PrintProblems(report, root, writer);
+  PrintProblems(report, root, is_verbose, writer);
   if (machine.controllers.empty()) PrintHint(root, writer);
   for (const Controller& controller : machine.controllers) {
     writer.Line();

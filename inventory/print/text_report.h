@@ -9,7 +9,9 @@
 
 /// Writes the report for a person: what needs attention, then each controller with its tree of
 /// arrays, drives and devices and its logs, then the RAID manager's last events. `root` is where
-/// the tools were looked for, to be named when they found nothing.
-void PrintText(const Report& report, const std::string& root, const Display& display, Sink& output);
+/// the tools were looked for, to be named when they found nothing. `is_verbose` adds the lines of
+/// the tools that no parser took.
+void PrintText(const Report& report, const std::string& root, bool is_verbose,
+               const Display& display, Sink& output);
 
 #endif  // INVENTORY_PRINT_TEXT_REPORT_H_
