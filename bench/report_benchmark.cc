@@ -29,10 +29,10 @@ void Print(const Report& report, std::int64_t format) {
   OutputFile output("/dev/null");
   switch (format) {
     case 0:
-      PrintText(report, "/", {}, output);
+      PrintText(report, "/", false, {}, output);
       break;
     case 1:
-      PrintJson(report, output);
+      PrintJson(report, RunsShown::kFailed, output);
       break;
     case 2:
       PrintMof(report, output);
