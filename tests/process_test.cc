@@ -189,6 +189,7 @@ TEST_F(ProcessTest, LimitsEndTheWholeGroup) {
       {"trap '' TERM; while :; do sleep 1; done", kShort, time, ""},
       {"trap 'echo bye >&2; exit 3' TERM; kill -STOP $$; sleep 0.1", kShort, time, "bye\n"},
       {"exec >&- 2>&-; sleep 60", kShort, time, ""},
+      {"dd if=/dev/zero bs=16384 count=1 2>&-; exec sleep 60", kShort, time, ""},  // one full read
       {"(trap '' TERM; exec sleep 60) & exec sleep 60", kShort, time, ""},
   };
   for (const auto& [script, limits, reason, error_output] : cases) {
@@ -233,6 +234,7 @@ TEST_F(ProcessTest, StartFailuresHaveTheirOwnReasons) {
   const std::pair<std::string, std::string> cases[] = {
       {"./no/such", "No such file or directory"},
       {"sh", "No such file or directory"},
+      {std::string("/bin/true\0", 10), "its path or an argument contains a NUL byte"},
       {write("plain", "", 0644), "Permission denied (is it executable?)"},
       {write("text", "echo x\n", 0755),
        "Exec format error (is it built for this system, or a script without #! line?)"},
