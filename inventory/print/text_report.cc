@@ -53,7 +53,8 @@ void PrintProblems(const Report& report, const std::string& root, bool is_verbos
     if (!IsLoss(problem) && !is_verbose) continue;
     if (is_first) writer.Line();
     is_first = false;
-    writer.FlowWords({{"NOT COLLECTED  ", Tint::kWarning}}, std::string(12, ' '),
+    const char* title = IsLoss(problem) ? "NOT COLLECTED  " : "NOT READ  ";
+    writer.FlowWords({{title, Tint::kWarning}}, std::string(12, ' '),
                      Readable(problem.what + ": " + problem.why));
   }
   if (absent.empty()) return;
