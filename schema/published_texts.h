@@ -15,6 +15,9 @@ inline constexpr char kGetConfigWord[] = "getconfig";
 inline constexpr char kControllerHeading[] = "Controller information";
 inline constexpr char kPhysicalDeviceHeading[] = "Physical device information";
 
+/// What all tools print behind the last line of an output.
+inline constexpr char kEndMarker[] = "Command completed successfully";
+
 /// What the exception says that leaves a collection when an output ends before its end marker.
 inline constexpr char kOutputEndsTooEarly[] = "vector";
 

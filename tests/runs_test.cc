@@ -182,7 +182,7 @@ TEST_F(Runs, StopWhenNobodyWaitsForThem) {
 }
 
 TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
-  const std::string config = std::string(kControllerHeading) + "\n";
+  const std::string config = std::string(kControllerHeading) + "\n" + kEndMarker + "\n";
   const struct {
     const char* what;
     std::function<standin::ProcessResult(const std::string& word, int number)> answer;
@@ -212,6 +212,35 @@ TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
          return number == 2 ? Exited(0, config) : Exited(number == 7 ? 127 : 1, "");
        },
        {"run_failed||7|2|blind|/bin/sh, 2 runs|ended with status 127 and printed nothing"}},
+      {"no rights for one, no controller of the others",
+       [](const auto&, int number) {
+         return number == 1 ? Exited(1, "", "open /dev/raid0: permission denied\n")
+                            : Exited(1, "Controller 2: not present\n");
+       },
+       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
+        "number: open /dev/raid0: permission denied (does it need root?)"}},
+      {"a library of another version",
+       [](const auto&, int) { return Exited(1, "", "/lib/libc.so: version V2 not found\n"); },
+       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
+        "number: /lib/libc.so: version V2 not found"}},
+      {"no rights for one, another that answers",
+       [&](const auto&, int number) {
+         return number == 2 ? Exited(0, config) : Exited(1, "", number == 7 ? "Denied\n" : "");
+       },
+       {"run_failed||7|2|blind|/bin/sh, 2 runs|ended with status 1 and printed nothing: Denied"}},
+      {"configurations that are not whole",
+       [&](const auto& word, int number) {
+         if (number > 4) return Exited(0, "Nothing at " + std::to_string(number) + "\n");
+         if (word != "getconfig") return Exited(0, "fine\n");
+         const char* const texts[] = {"", "TOOL\n", kControllerHeading, config.c_str()};
+         return Exited(0, texts[number - 1]);
+       },
+       {"output_truncated|getconfig al|1|0|blind|/bin/sh getconfig 1 al|it tells neither of a "
+        "controller nor that there is none",
+        "output_truncated|getconfig al|2|0|blind|/bin/sh getconfig 2 al|it tells neither of a "
+        "controller nor that there is none",
+        "output_truncated|getconfig al|3|0|blind|/bin/sh getconfig 3 al|it lacks its closing line, "
+        "and what else is behind"}},
       {"crashes",
        [](const auto&, int) { return Failed(standin::ProcessEnd::kSignalled, "was ended"); },
        {"tool_failed||0|16|blind|/bin/sh|16 of 16 runs failed: was ended"}},

@@ -12,7 +12,7 @@ enum class ProblemKind {
   kRunFailed,           ///< Some runs that did not end by themselves, or with nothing but a status.
   kRunTimedOut,         ///< Some runs that were stopped at their time limit.
   kRunNotAsked,         ///< Some runs that were not made, as the bounds of all runs were used up.
-  kOutputTruncated,     ///< Some runs that were stopped at their output limit.
+  kOutputTruncated,     ///< A run stopped at its output limit, or an output that is not whole.
   kOutputUnreadable,    ///< An output over which the plug-in threw.
   kLinesNotUnderstood,  ///< Lines of a controller's configuration that show up nowhere.
   kPluginFailed,        ///< The plug-in or the host threw, and no output is to blame.

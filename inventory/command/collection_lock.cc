@@ -42,6 +42,7 @@ int OpenFile(const fs::path& file) {
     int descriptor = open(file.c_str(), kFlags);
     if (descriptor >= 0 || errno != ENOENT) return descriptor;
     descriptor = open(file.c_str(), kFlags | O_CREAT | O_EXCL, 0644);
+    if (descriptor >= 0) fchmod(descriptor, 0644);  // others have to open it, whatever the umask
     if (descriptor >= 0 || errno != EEXIST) return descriptor;
   }
   return -1;

@@ -1,6 +1,7 @@
 #include "inventory/command/ending_signals.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -18,11 +19,13 @@ char last_words[500];
 std::size_t last_words_size = 0;
 
 void EndBySignal(int number) {
-  if (last_words_size > 0 && write(STDOUT_FILENO, last_words, last_words_size) < 0) {
-    // Nobody is left to be told.
-  }
   standin::KillRunningProcess();
   UnfinishedFile::RemoveAll();
+  // Only where it does not wait for a reader: nothing may keep this program from ending.
+  pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+  if (last_words_size > 0 && poll(&output, 1, 0) > 0) {
+    [[maybe_unused]] const ssize_t written = write(STDOUT_FILENO, last_words, last_words_size);
+  }
   signal(number, SIG_DFL);
   raise(number);  // so that the caller sees how this program ended
 }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -30,6 +31,8 @@
 #include "standin/repository.h"
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 /// A report and what it is about.
 struct Outcome {
@@ -64,11 +67,36 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
   return observer;
 }
 
-/// Collects, and says how that went.
-Outcome CollectOutcome(const Options& options, LogFile& log) {
+/// What only the end of a collection shows: adds it to the report and tells what was lost.
+void AddProblems(const Options& options, const std::vector<Problem>& failures, Report& report) {
+  std::vector<Problem>& problems = report.problems;
+  problems.insert(problems.end(), failures.begin(), failures.end());
+  for (const Problem& problem : problems) {
+    if (problem.kind == ProblemKind::kOutputUnreadable ||
+        problem.kind == ProblemKind::kPluginFailed) {
+      Complain(problem.what + ": " + problem.why);
+      report.exit_status = kExitFailed;
+    }
+  }
+  for (const std::string& name : options.classes) {
+    const std::string nearest(NearestClass(name));
+    if (name == nearest) continue;
+    problems.push_back({"class " + name,
+                        "the schema has no such class; did you mean " + nearest + "?",
+                        ProblemKind::kUnknownClass});
+  }
+  // Where only some classes were asked for, most of what the tools print is not to show up.
+  if (!options.all_classes) return;
+  const std::vector<Problem> unread = FindUnreadLines(report);
+  problems.insert(problems.end(), unread.begin(), unread.end());
+}
+
+/// Collects within `limit`, and says how that went.
+Outcome CollectOutcome(const Options& options, std::optional<std::chrono::milliseconds> limit,
+                       LogFile& log) {
   RunBounds bounds;
   bounds.run.time = options.tool_timeout;
-  bounds.collection = options.timeout;
+  bounds.collection = limit;
   ProgressLine progress;
   ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,
                  Observe(options, progress));
@@ -80,7 +108,7 @@ Outcome CollectOutcome(const Options& options, LogFile& log) {
   const standin::ScopedServices in_force(std::move(services));
 
   const auto collected_at = standin::Services().get_local_time();
-  const auto start = std::chrono::steady_clock::now();
+  const auto start = Clock::now();
   Collection collection = Collect(options, tools);
   progress.Clear();
 
@@ -88,34 +116,11 @@ Outcome CollectOutcome(const Options& options, LogFile& log) {
   outcome.report = std::make_unique<Report>(Report{
       standin::Services().get_machine_name(), kExitAnswered, FindRunProblems(tools.GetRecords()),
       *outcome.repository, collection.latest_pass, tools.GetRecords(), tools.GetRequests(),
-      collected_at,
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                            start)});
-  Report& report = *outcome.report;
-  for (Problem& failure : collection.failures) report.problems.push_back(std::move(failure));
-  for (const Problem& problem : report.problems) {
-    if (problem.kind != ProblemKind::kOutputUnreadable &&
-        problem.kind != ProblemKind::kPluginFailed) {
-      continue;
-    }
-    Complain(problem.what + ": " + problem.why);
-    report.exit_status = kExitFailed;
-  }
-  for (const std::string& name : options.classes) {
-    if (NearestClass(name) == name) continue;
-    Problem problem;
-    problem.kind = ProblemKind::kUnknownClass;
-    problem.what = "class " + name;
-    problem.why =
-        "the schema has no such class; did you mean " + std::string(NearestClass(name)) + "?";
-    report.problems.push_back(std::move(problem));
-  }
-  if (options.all_classes) {
-    for (Problem& problem : FindUnreadLines(report)) report.problems.push_back(std::move(problem));
-  }
+      collected_at, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start)});
+  AddProblems(options, collection.failures, *outcome.report);
   if (!log.GetError().empty()) {
     Complain(CannotWrite(options.log, log.GetError()));
-    report.exit_status = kExitOutput;
+    outcome.report->exit_status = kExitOutput;
   }
   return outcome;
 }
@@ -165,19 +170,23 @@ int RunInventory(const Options& options) {
     return refuse("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
   }
 
-  CollectionLock lock;
-  if (options.lock) {
-    ProgressLine progress;
-    const std::string why = lock.Take(
-        std::filesystem::current_path(error), options.timeout, [&progress](const auto& holder) {
-          progress.Show("waiting for another collection here, of " + holder);
-        });
-    if (!why.empty()) return refuse(why, kExitFailed);
-  }
   if (options.format == Format::kCheck) {
     SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
   }
-  const Outcome outcome = CollectOutcome(options, log);
+  CollectionLock lock;
+  auto limit = options.timeout;
+  if (options.lock) {
+    ProgressLine progress;
+    const auto start = Clock::now();
+    const std::string why =
+        lock.Take(std::filesystem::current_path(error), limit, [&progress](const auto& holder) {
+          progress.Show("waiting for another collection here, of " + holder);
+        });
+    if (!why.empty()) return refuse(why, kExitFailed);
+    if (limit)
+      *limit -= std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  }
+  const Outcome outcome = CollectOutcome(options, limit, log);
   SayWhenASignalEnds("");
   const int exit_status = Print(options, *outcome.report, output);
   output.Finish();

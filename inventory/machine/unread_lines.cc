@@ -65,6 +65,8 @@ class UnreadLines {
  public:
   void Add(const std::string& label) {
     ++count_;
+    // One more than is named, to know that there are more.
+    if (labels_.size() > kLabelsNamed) return;
     if (std::find(labels_.begin(), labels_.end(), label) == labels_.end()) labels_.push_back(label);
   }
 
@@ -109,20 +111,21 @@ std::vector<Problem> FindUnreadLines(const Report& report) {
     const StoredInstance& record = *committed[i];
     const TCIMValue* results = record.Find("RawResults");
     if (*record.class_name != kRawData || results == nullptr || !results->IsArray()) continue;
-    std::istringstream command(PropertyText(record, "Command"));
+    const std::string command_line = PropertyText(record, "Command");
+    std::istringstream words(command_line);
     std::string program;
     std::string word;
-    std::string number;
+    int number = 0;
     std::string option;
-    command >> program >> word >> number >> option;
+    words >> program >> word >> number >> option;
     const std::string tool = program.substr(program.rfind('/') + 1);
-    const auto controller = numbers.find(tool + " " + number);
+    std::string name = tool;
+    const auto controller = numbers.find(name.append(" ").append(std::to_string(number)));
     if (word != kGetConfigWord || controller == numbers.end()) continue;
     const UnreadLines unread = CompareLines(results->GetArray(), published.at(controller->second));
     if (unread.GetCount() == 0) continue;
-    problems.push_back({PropertyText(record, "Command"), unread.Describe(),
-                        ProblemKind::kLinesNotUnderstood, tool, word + " " + option,
-                        std::stoi(number), unread.GetCount()});
+    problems.push_back({command_line, unread.Describe(), ProblemKind::kLinesNotUnderstood, tool,
+                        word.append(" ").append(option), number, unread.GetCount()});
   }
   return problems;
 }

@@ -5,19 +5,26 @@ CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
   CheckVerdict verdict;
   verdict.findings = health.findings;
   verdict.critical = health.critical;
-  bool is_blind = false;  // to a controller, at least
+  std::size_t blind = 0;  // problems that hide all of a controller, at least
   for (const Problem& problem : problems) {
     if (!IsLoss(problem)) continue;
     if (problem.kind == ProblemKind::kPluginFailed) {
       verdict.unknowns.push_back(problem.what + ": " + problem.why);
       continue;
     }
-    is_blind = is_blind || problem.is_blind;
-    verdict.findings.push_back({Severity::kWarning, problem.what, problem.why});
+    const Finding finding = {Severity::kWarning, problem.what, problem.why};
+    if (!problem.is_blind) {
+      verdict.findings.push_back(finding);
+      continue;
+    }
+    // What is not known goes before what is a warning: the line does not name all of them.
+    verdict.findings.insert(
+        verdict.findings.begin() + static_cast<std::ptrdiff_t>(verdict.critical + blind), finding);
+    ++blind;
   }
   if (machine.controllers.empty()) verdict.unknowns.emplace_back("no controller was found");
 
-  if (!verdict.unknowns.empty() || (is_blind && verdict.critical == 0)) {
+  if (!verdict.unknowns.empty() || (blind > 0 && verdict.critical == 0)) {
     verdict.status = kCheckUnknown;
   } else if (verdict.critical > 0) {
     verdict.status = kCheckCritical;

@@ -21,7 +21,8 @@ enum CheckStatus : int {
 struct CheckVerdict {
   CheckStatus status = kCheckOk;
   std::vector<std::string> unknowns;  ///< Why nothing that was found can be relied on.
-  std::vector<Finding> findings;      ///< The machine's, then a warning for each problem.
+  std::vector<Finding> findings;      ///< The machine's, then a warning for each problem;
+                                      ///< what is not known stands before other warnings.
   std::size_t critical = 0;           ///< How many of the findings, the first ones.
 };
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string_view>
 
 #include "inventory/base/readable.h"
@@ -31,15 +32,36 @@ bool TellsOfController(const RunRecord& run) {
 /// What the tool said in the run, in lower case.
 std::string Said(const RunRecord& run) { return Lower(*run.output + "\n" + run.error_output); }
 
-/// An answer, and not a refusal: there is no controller of this number.
+bool NamesRights(const RunRecord& run) {
+  return HoldsOneOf(Said(run), {"permission", "permitted", "denied", "privilege", "root",
+                                "superuser", "administrator"});
+}
+
+/// An answer, and not a refusal: there is no controller of this number, in a line of its own.
 bool SaysThatThereIsNone(const RunRecord& run) {
-  return HoldsOneOf(Said(run), {"not present", "no controller", "not found", "does not exist",
-                                "no such controller", "invalid controller", "not installed"});
+  if (NamesRights(run)) return false;
+  std::istringstream lines(Said(run));
+  for (std::string line; std::getline(lines, line);) {
+    const bool is_about_one = HoldsOneOf(line, {"controller", "adapter"});
+    if (is_about_one &&
+        HoldsOneOf(line, {"not present", "no controller", "no adapter", "not found", "not exist",
+                          "no such", "invalid", "unknown", "not installed", "out of range"})) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// An output with its digits made alike: what a tool says of numbers that it does not know.
+std::string WithoutDigits(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
+  return text;
 }
 
 std::string FirstLine(std::string_view text) {
   while (!text.empty()) {
-    const std::string line = Readable(std::string(text.substr(0, text.find('\n'))));
+    std::string line = Readable(std::string(text.substr(0, text.find('\n'))));
     if (!line.empty()) return line;
     text.remove_prefix(std::min(text.size(), text.find('\n')) + (text.find('\n') < text.size()));
   }
@@ -106,44 +128,42 @@ class ToolProblems {
     for (const RunRecord* run : runs_) {
       if (run->end != RunEnd::kNotAsked) asked.push_back(run);
     }
-    if (asked.empty()) return false;
     const auto ended = [](const RunRecord* run) { return run->end == RunEnd::kExited; };
     if (std::none_of(asked.begin(), asked.end(), ended)) {
       // The system's reason would not tell: a script without its interpreter has the same.
       std::error_code error;
-      const auto type = std::filesystem::symlink_status(asked.front()->program, error).type();
+      const auto type = std::filesystem::symlink_status(runs_.front()->program, error).type();
       const bool is_absent = type == std::filesystem::file_type::not_found;
       // Runs that hung are named, each of them.
       const auto hung = [](const RunRecord* run) { return run->end == RunEnd::kTimedOut; };
-      if (!is_absent && std::any_of(asked.begin(), asked.end(), hung)) return false;
-      AddTool(is_absent ? ProblemKind::kToolAbsent : ProblemKind::kToolFailed, Reasons(asked),
-              asked.size());
+      if (!is_absent && (asked.empty() || std::any_of(asked.begin(), asked.end(), hung))) {
+        return false;
+      }
+      AddTool(is_absent ? ProblemKind::kToolAbsent : ProblemKind::kToolFailed,
+              Reasons(asked.empty() ? runs_ : asked), asked.size());
       return true;
     }
     return FindRefusal(asked);
   }
 
   bool FindRefusal(const Runs& asked) {
-    std::size_t refusals = 0;
-    const RunRecord* first = nullptr;
+    std::size_t answers = 0;
+    const RunRecord* first = nullptr;  // that says anything else than that there is no controller
     for (const RunRecord* run : asked) {
       if (!IsConfiguration(*run)) continue;
-      const bool is_refusal = run->end == RunEnd::kExited && run->exit_status != 0 &&
-                              !TellsOfController(*run) && !SaysThatThereIsNone(*run);
-      if (!is_refusal) return false;
-      if (first == nullptr) first = run;
-      ++refusals;
+      if (run->end != RunEnd::kExited || run->exit_status == 0 || TellsOfController(*run)) {
+        return false;
+      }
+      if (first == nullptr && !SaysThatThereIsNone(*run)) first = run;
+      ++answers;
     }
     if (first == nullptr) return false;
     std::string line = FirstLine(first->error_output);
     if (line.empty()) line = FirstLine(*first->output);
     std::string why = "refused: it ended with status " + std::to_string(first->exit_status) +
                       " for every controller number" + (line.empty() ? "" : ": " + line);
-    if (HoldsOneOf(Said(*first), {"permission", "permitted", "denied", "privilege", "root",
-                                  "superuser", "administrator"})) {
-      why += " (does it need root?)";
-    }
-    AddTool(ProblemKind::kToolRefused, why, refusals);
+    if (NamesRights(*first)) why += " (does it need root?)";
+    AddTool(ProblemKind::kToolRefused, why, answers);
     return true;
   }
 
@@ -155,13 +175,43 @@ class ToolProblems {
     for (const RunRecord* run : runs_) {
       if (run->HasFailed() && IsProblem(*run, present)) AddRun(*run);
     }
+    FindCutConfigurations();
   }
 
   static bool IsProblem(const RunRecord& run, const std::set<int>& present) {
     if (run.end != RunEnd::kExited) return true;
     // A shell's words for a program that it cannot run, as the system's loader has them, too.
     const bool never_began = run.exit_status == 126 || run.exit_status == 127;
-    return never_began || present.contains(run.Controller());
+    return never_began || NamesRights(run) || present.contains(run.Controller());
+  }
+
+  /// Configurations that end with a status of 0 and are not whole, where the plug-in notices
+  /// nothing.
+  void FindCutConfigurations() {
+    std::map<std::string, int> alike;  // those without a controller
+    std::set<int> answering;           // numbers that other commands tell of
+    for (const RunRecord* run : runs_) {
+      if (run->end != RunEnd::kExited || run->exit_status != 0) continue;
+      if (!IsConfiguration(*run)) {
+        if (run->output_bytes > 0 && !SaysThatThereIsNone(*run))
+          answering.insert(run->Controller());
+      } else if (!TellsOfController(*run)) {
+        ++alike[WithoutDigits(*run->output)];
+      }
+    }
+    for (const RunRecord* run : runs_) {
+      if (!IsConfiguration(*run) || run->HasFailed() || !run->why_unreadable.empty()) continue;
+      if (TellsOfController(*run)) {
+        if (run->output->find(kEndMarker) != std::string::npos) continue;
+        Add(ProblemKind::kOutputTruncated, *run,
+            "it lacks its closing line, and what else is behind");
+      } else if (run->exit_status == 0 && !SaysThatThereIsNone(*run) &&
+                 alike[WithoutDigits(*run->output)] == 1 &&
+                 (run->output_bytes > 0 || answering.contains(run->Controller()))) {
+        Add(ProblemKind::kOutputTruncated, *run,
+            "it tells neither of a controller nor that there is none");
+      }
+    }
   }
 
   void AddRun(const RunRecord& run) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "hmz/exception.h"
+#include "schema/published_texts.h"
 #include "standin/host_services.h"
 
 namespace {
@@ -79,12 +80,17 @@ std::string ToolRuns::Run(const std::string& program, const std::vector<std::str
   const std::size_t index = Find(program, arguments, command_line);
   const bool is_refused = refused_.contains(latest_);
   requests_.push_back({index, is_refused});
-  const RunRecord& record = records_[index];
+  RunRecord& record = records_[index];
   if (is_refused) {
     throw NKVXHMZ20::THMZException(program + ": printed what cannot be read");
   }
   if (!record.reason.empty()) throw NKVXHMZ20::THMZException(program + ": " + record.reason);
-  return *record.output;
+  std::string output = *record.output;
+  // As a host it keeps no text; only what a controller was made of is looked into again.
+  if (sharing_ == Sharing::kOff && (arguments.empty() || arguments[0] != kGetConfigWord)) {
+    record.output = std::make_shared<const std::string>();
+  }
+  return output;
 }
 
 /// The index of the record that answers a request.
@@ -115,9 +121,9 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   standin::ProcessLimits limits = bounds_.run;
   const bool is_last = bounds_.collection && TimeLeft() < limits.time;
   if (is_last) limits.time = TimeLeft();
-  if (sharing_ == Sharing::kOn) {
-    limits.output_bytes = std::min(limits.output_bytes, bounds_.output_bytes - output_bytes_);
-  }
+  const std::size_t room = bounds_.output_bytes - output_bytes_;
+  const bool fills_room = sharing_ == Sharing::kOn && room < limits.output_bytes;
+  if (fills_room) limits.output_bytes = room;
   const auto start = Clock::now();
   standin::ProcessResult result = process_(program, arguments, limits);
   record.duration = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
@@ -139,9 +145,13 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
                       Seconds(*bounds_.collection) + ", was over";
     }
   }
+  if (record.end == RunEnd::kOutputLimit && fills_room) {
+    record.reason = "was stopped: the outputs of all runs had used up the " + MebibytesInAll();
+    output_bytes_ = bounds_.output_bytes;
+  }
   if (record.reason.empty()) {
     record.output = std::make_shared<const std::string>(std::move(result.output));
-    output_bytes_ += record.output->size();
+    if (sharing_ == Sharing::kOn) output_bytes_ += record.output->size();
   }
   return record;
 }
@@ -162,10 +172,13 @@ std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
     return "was not run: the tool had hung over this controller";
   }
   if (output_bytes_ >= bounds_.output_bytes) {
-    return "was not run: the outputs before it had used up the " +
-           std::to_string(bounds_.output_bytes >> 20) + " MiB that all may have together";
+    return "was not run: the outputs before it had used up the " + MebibytesInAll();
   }
   return "";
+}
+
+std::string ToolRuns::MebibytesInAll() const {
+  return std::to_string(bounds_.output_bytes >> 20) + " MiB that all may have together";
 }
 
 milliseconds ToolRuns::TimeLeft() const {

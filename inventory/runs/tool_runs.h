@@ -72,6 +72,7 @@ class ToolRuns {
                    const std::string& command_line);
   RunRecord Start(const std::string& program, const std::vector<std::string>& arguments);
   std::string WhyNotAsked(const RunRecord& record) const;
+  std::string MebibytesInAll() const;
   std::chrono::milliseconds TimeLeft() const;
 
   RunBounds bounds_;
