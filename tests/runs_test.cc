@@ -129,14 +129,14 @@ TEST_F(Runs, OfAToolThatHangsAreFewAndNamed) {
     return Failed(standin::ProcessEnd::kTimedOut, "was stopped");
   };
   ToolRuns tools = Make();
+  const std::string stopped = "|1|blind|/bin/sh getconfig ";
+  const std::string why = "was not run: the tool had hung ";
   EXPECT_EQ(Problems(tools),
-            (Texts{"run_timed_out|getconfig al|1|1|blind|/bin/sh getconfig 1 al|was stopped",
-                   "run_not_asked|getstatus al|0|2|/bin/sh, 2 runs|was not run: the tool had hung "
-                   "over this controller",
-                   "run_timed_out|getconfig al|2|1|blind|/bin/sh getconfig 2 al|was stopped",
-                   "run_timed_out|getconfig al|3|1|blind|/bin/sh getconfig 3 al|was stopped",
-                   "run_not_asked||0|11|blind|/bin/sh, 11 runs|was not run: the tool had hung 3 "
-                   "times"}));
+            (Texts{"run_timed_out|getconfig al|1" + stopped + "1 al|was stopped",
+                   "run_not_asked|getstatus al|0|2|/bin/sh, 2 runs|" + why + "over this controller",
+                   "run_timed_out|getconfig al|2" + stopped + "2 al|was stopped",
+                   "run_timed_out|getconfig al|3" + stopped + "3 al|was stopped",
+                   "run_not_asked||0|11|blind|/bin/sh, 11 runs|" + why + "3 times"}));
   EXPECT_EQ(runs, (Texts{"getconfig 1", "getconfig 2", "getconfig 3"}));
 }
 
