@@ -158,11 +158,15 @@ TEST_F(Runs, AreBoundedTogether) {
 
   runs.clear();
   limits_seen.clear();
-  answer = [](const std::string&, int) { return Exited(0, std::string(60, 'x')); };
+  answer = [](const std::string&, int number) {
+    return number == 1 ? Exited(0, std::string(60, 'x'))
+                       : Failed(standin::ProcessEnd::kOutputLimit, "was stopped after 40 bytes");
+  };
   RunBounds small;
   small.output_bytes = 100;
   ToolRuns few = Make(small);
-  for (int number = 1; number <= 2; ++number) Ask(few, "a", number);
+  Ask(few, "a", 1);
+  EXPECT_TRUE(Ask(few, "a", 2).starts_with("/bin/sh: was stopped: the outputs of all runs had"));
   EXPECT_EQ(limits_seen[1].output_bytes, 40U);
   EXPECT_TRUE(Ask(few, "a", 3).starts_with("/bin/sh: was not run: the outputs before it"));
   EXPECT_EQ(Ask(few, "a", 1).size(), 60U);  // what is remembered stays
