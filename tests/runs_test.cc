@@ -223,6 +223,10 @@ TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
        },
        {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
         "number: open /dev/raid0: permission denied (does it need root?)"}},
+      {"no rights, in the words of absence",
+       [](const auto&, int) { return Exited(1, "", "controller: no such device, or denied\n"); },
+       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
+        "number: controller: no such device, or denied (does it need root?)"}},
       {"a library of another version",
        [](const auto&, int) { return Exited(1, "", "/lib/libc.so: version V2 not found\n"); },
        {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
