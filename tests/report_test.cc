@@ -114,6 +114,7 @@ TEST(Check, JudgesTheMachineAndTheCollection) {
       {"Online", {kUseless}, 3, "UNKNOWN - 0 critical, 1 warning: hrconf: all failed | contro"},
       {"Online", {kThrew}, 3, "UNKNOWN - kelvcmd: too short | controllers=1"},
       {"a|b", {}, 1, "WARNING - 0 critical, 1 warning: controller 1, device 1,0: a/b | contro"},
+      {"a", {kFailed, kUseless}, 3, "UNKNOWN - 0 critical, 3 warnings: hrconf: all failed; contr"},
       {"Defunct", {kUseless, kFailed}, 2, "CRITICAL - 1 critical, 2 warnings: controller 1, "},
       {"Defunct", {kThrew}, 3, "UNKNOWN - kelvcmd: too short; 1 critical, 0 warnings: contr"},
   };
