@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "inventory/base/readable.h"
 #include "schema/published_texts.h"
@@ -59,11 +60,12 @@ std::string WithoutDigits(std::string text) {
   return text;
 }
 
-std::string FirstLine(std::string_view text) {
-  while (!text.empty()) {
-    std::string line = Readable(std::string(text.substr(0, text.find('\n'))));
+/// The first line with something on it.
+std::string FirstLine(const std::string& text) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    line = Readable(std::move(line));
     if (!line.empty()) return line;
-    text.remove_prefix(std::min(text.size(), text.find('\n')) + (text.find('\n') < text.size()));
   }
   return "";
 }
