@@ -2,45 +2,128 @@
 #define INVENTORY_MACHINE_MACHINE_H_
 
 #include <cstddef>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-// What the plug-in published, put together for a reader: who belongs to whom. All texts are
-// Readable; "" stands for what was not reported.
+#include "inventory/machine/finding.h"
+#include "inventory/machine/place.h"
+#include "inventory/machine/values.h"
+
+// What is in a machine: all that the views show, put together of what the plug-in published. Where
+// one part belongs to another, an index says so, into the vectors of the same controller.
+
+/// What a controller counts of a device, each absent where it is not reported.
+struct ErrorCounters {
+  std::optional<Number> hard;
+  std::optional<Number> soft;
+  std::optional<Number> parity;
+  std::optional<Number> predicted_failures;
+  std::optional<Number> misc;
+
+  bool operator==(const ErrorCounters&) const = default;
+};
 
 struct LogicalDrive {
-  std::string number;
-  std::string name;
-  std::string state;
-  std::string size;
-  std::string raid_level;
-  std::string bad_stripes;
-  std::string access_blocked;
+  std::optional<Number> number;
+  Text name;
+  State state;
+  std::optional<Size> size;
+  Text raid_level;  ///< "5", "Volume"
+  /// One for each time that they were counted, mostly one.
+  std::vector<Number> bad_stripes;
+  Flag access_blocked;
+  Text write_cache;
+  Text stripe_unit;
+
+  std::size_t array = 0;
+  Severity verdict = Severity::kFine;  ///< The worst that was found of it.
 };
 
 /// Anything on a controller's channels, disks above all.
 struct Device {
-  std::string place;  ///< Of the form in place.h.
-  std::string type;
-  std::string state;
-  std::string size;
-  bool has_size = false;         ///< Whether the tool prints one, be it 0.
-  std::string predicts_failure;  ///< "Yes" or "No", as the tools have it.
-  std::string firmware;
-  std::string serial_number;
-  std::string model;
-  std::vector<std::pair<std::string, std::string>> counters;  ///< Those that are not 0.
+  Place place;
+  Text type;  ///< "Hard disk"
+  State state;
+  std::optional<Size> size;
+  Flag predicts_failure;
+  Text firmware;
+  Text serial_number;
+  Text world_wide_name;
+  Text model;  ///< With its maker's name, where the tool has it.
+  Text fru;
+  Text enclosure;
+  Text transfer_speed;
+  Text write_cache;
+  /// One for each row of a table that is about the device, mostly one or none.
+  std::vector<ErrorCounters> counters;
+
+  std::vector<std::size_t> arrays;  ///< In whose stripe orders it stands, in their order.
+  Severity verdict = Severity::kFine;
+
+  bool IsDrive() const;
 };
 
-/// An array with its logical drives and devices, or a logical drive with its devices, or what is in
-/// none of these. Indices are into the controller's vectors.
-struct DriveGroup {
-  std::string array;  ///< Its letter; "" when it has none.
+/// Logical drives on the same devices. The tools print some with a letter, some as that of one
+/// logical drive, and some not at all: then it is what the logical drive says of its own devices.
+struct DriveArray {
+  Text letter;
+  std::optional<Number> logical_drive;  ///< Whose it is, where it has no letter.
   std::vector<std::size_t> logical_drives;
-  std::vector<std::size_t> devices;
-  std::vector<std::string> absent_places;  ///< In the stripe order, but no device is there.
-  std::vector<std::string> shared_places;  ///< Their devices stand in an earlier group.
+  std::vector<std::size_t> devices;  ///< Those in its stripe order, each once.
+
+  // A device in several stripe orders is shown once.
+  std::vector<std::size_t> shown_devices;
+  std::vector<Place> shared_places;  ///< Of those that are shown elsewhere.
+  std::vector<Place> absent_places;  ///< Where no device is.
+
+  /// "A", or "logical drive 1".
+  std::string Name() const;
+};
+
+struct Battery {
+  State state;  ///< What the tool says of the battery itself.
+  Flag over_temperature;
+  Text capacity;  ///< "91 percent"
+  Text time_remaining;
+
+  bool IsReported() const;
+};
+
+/// What a controller does in the background, or did last.
+struct Operation {
+  Text name;
+  Text status;
+  std::optional<Number> logical_drive;
+  Flag is_active;
+  std::optional<Number> stripes;
+  std::optional<Number> stripes_left;
+
+  bool IsReported() const { return name || status; }
+  /// "Rebuild of logical drive 1: In progress"; "" when there was none.
+  std::string Describe() const;
+};
+
+/// "logical drives/offline/critical", as a controller counts them.
+struct DriveCounts {
+  std::string text;
+  bool is_read = false;  ///< Whether the numbers are.
+  std::size_t drives = 0;
+  std::size_t offline = 0;
+  std::size_t critical = 0;
+};
+
+/// A row of the log of defunct drives. The controller's clock knows no zone.
+struct DefunctEvent {
+  std::string local_time;  ///< "2004-11-27 02:14:08", "(no time)"
+  Place place;
+  Text reason;
+  Text description;
+};
+
+struct DefunctLog {
+  std::size_t count = 0;
+  std::vector<DefunctEvent> last;  ///< The last few, oldest first.
 };
 
 struct EventWords {
@@ -48,64 +131,95 @@ struct EventWords {
   std::vector<std::string> last;  ///< The last few, in hexadecimal, oldest first.
 };
 
-struct ManagerEvent {
-  std::string time;
-  std::string severity;
-  std::string machine;
-  std::string message;
+/// A tool and its own number for a controller.
+struct ToolNumber {
+  std::string tool;  ///< "kelvcmd"
+  int number = 0;
+
+  std::string Describe() const { return tool + " " + std::to_string(number); }
+  bool operator==(const ToolNumber&) const = default;
+};
+
+/// What a check counts, beside the parts themselves.
+struct HealthCounts {
+  std::size_t failed_devices = 0;
+  std::size_t degraded_drives = 0;
+  std::size_t predicted_failures = 0;
+  std::size_t drives_with_bad_stripes = 0;
+  std::size_t rebuilds = 0;
+};
+
+/// Bad stripes of a logical drive, or counters of a device, that the controller does not list.
+struct UnlistedDrive {
+  std::optional<Number> number;
+  std::vector<Number> bad_stripes;
+};
+struct UnlistedDevice {
+  Place place;
+  ErrorCounters counters;
 };
 
 struct Controller {
-  std::string number;
-  std::string name;
-  std::string type;
-  std::string tool;  ///< "kelvcmd 2": the tool and its own number for the controller.
-  std::string status;
-  std::string firmware;
-  std::string bios;
-  std::string boot_block;
-  std::string driver;
-  std::string serial_number;
-  std::string slot;
-  std::string battery_status;  ///< What the tool says of the battery itself.
-  std::string battery_over_temperature;
-  std::string battery_capacity;
-  std::string operation;
-  std::string operation_drive;
-  std::string operation_active;
-  std::string operation_status;
-  std::string stripes_left;
-  std::string stripes;
-  std::string defunct_drives;
-  std::string drive_counts;  ///< "logical drives/offline/critical"
+  std::optional<Number> number;
+  bool shares_number = false;  ///< With an earlier one, which has the parts of both.
+  std::optional<ToolNumber> tool;
+  Text name;
+  Text type;
+  State state;
+  Version firmware;
+  Version bios;
+  Version boot_block;
+  Text driver;
+  Text serial_number;
+  Text slot;
+  Text fru;
+  Text part_number;
+  Battery battery;
+  Operation operation;
+  std::optional<Number> defunct_drives;
+  std::optional<DriveCounts> drive_counts;
 
   std::vector<LogicalDrive> logical_drives;
   std::vector<Device> devices;
-  std::vector<DriveGroup> groups;  ///< In which each drive and each device is once.
-  /// Bad stripes and counters of drives and devices that are not listed.
-  std::vector<std::pair<std::string, std::string>> stray_bad_stripes;
-  std::vector<Device> stray_counters;
+  std::vector<DriveArray> arrays;              ///< Those with drives first, in their order.
+  std::vector<std::size_t> unplaced_devices;   ///< Those in no array.
+  std::vector<Place> missing_places;           ///< Absent from the devices, each once.
+  std::vector<UnlistedDrive> unlisted_drives;  ///< By number.
+  std::vector<UnlistedDevice> unlisted_devices;
 
-  bool shares_number = false;  ///< With an earlier one, which has the parts of both.
+  DefunctLog defunct_log;
+  EventWords soft_log;
+  EventWords hard_log;
 
-  /// "Rebuild of logical drive 1: In progress"; "" when there was none.
-  std::string DescribeOperation() const;
+  Severity verdict = Severity::kFine;  ///< Of the controller itself.
+  HealthCounts health;                 ///< With its parts.
 
-  std::size_t ddd_count = 0;
-  std::vector<std::string> last_ddd;  ///< The last few entries of the log, oldest first.
-  EventWords soft;
-  EventWords hard;
+  /// "1"; "" where none is known.
+  std::string NumberText() const { return number ? number->text : ""; }
+};
+
+struct ManagerEvent {
+  Time time;
+  Text severity;
+  Text machine;
+  Text message;
+};
+
+struct ManagerLog {
+  std::size_t count = 0;           ///< Without those that the plug-in made up.
+  std::vector<ManagerEvent> last;  ///< The last few, oldest first.
 };
 
 struct Machine {
   std::vector<Controller> controllers;
-  /// The tools and numbers whose output tells of a controller that was not published.
-  std::vector<std::string> unpublished;
-  std::size_t manager_event_count = 0;            ///< Without those that the plug-in made up.
-  std::vector<ManagerEvent> last_manager_events;  ///< The last few, oldest first.
+  std::vector<ToolNumber> unpublished;  ///< Whose output tells of a controller all the same.
+  ManagerLog manager_log;
+  std::vector<Finding> findings;  ///< One for each part; critical ones first.
 
   std::size_t CountLogicalDrives() const;
   std::size_t CountDevices() const;
+  std::size_t CountCritical() const;
+  HealthCounts CountHealth() const;
   /// "2 controllers, 5 logical drives, 1 device"
   std::string DescribeCounts() const;
 };
