@@ -13,6 +13,7 @@
 
 #include "inventory/command/collection.h"
 #include "inventory/command/output_file.h"
+#include "inventory/machine/read_machine.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
@@ -26,23 +27,11 @@ namespace {
 const char* const kFormatNames[] = {"text", "json", "mof", "check", "instances"};
 
 void Print(const Report& report, std::int64_t format) {
+  static constexpr PrintView kViews[] = {PrintText, PrintJson, PrintMof, PrintCheck,
+                                         PrintInstances};
   OutputFile output("/dev/null");
-  switch (format) {
-    case 0:
-      PrintText(report, "/", false, {}, output);
-      break;
-    case 1:
-      PrintJson(report, RunsShown::kFailed, output);
-      break;
-    case 2:
-      PrintMof(report, output);
-      break;
-    case 3:
-      benchmark::DoNotOptimize(PrintCheck(report, output));
-      break;
-    default:
-      PrintInstances(report, {}, output);
-  }
+  const Machine machine = ReadMachine(report);
+  benchmark::DoNotOptimize(kViews[format]({report, machine}, {}, output));
   output.Finish();
   if (!output.GetError().empty()) std::abort();
 }

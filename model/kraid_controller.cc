@@ -15,12 +15,6 @@
 #include "model/text.h"
 #include "schema/published_texts.h"
 
-namespace {
-
-constexpr char kNotProvided[] = "Not provided";
-
-}  // namespace
-
 KRaidController::KRaidController(NKVXHMZ20::TPluginManagerProvider* provider)
     : KRaidRecord(provider) {}
 

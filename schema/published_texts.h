@@ -21,6 +21,9 @@ inline constexpr char kEndMarker[] = "Command completed successfully";
 /// What the exception says that leaves a collection when an output ends before its end marker.
 inline constexpr char kOutputEndsTooEarly[] = "vector";
 
+/// What the plug-in publishes for a version that a newer tool does not print.
+inline constexpr char kNotProvided[] = "Not provided";
+
 /// In the identifier of a disk group of the newer tools, before its logical drive's number.
 inline constexpr char kGroupsDriveMark[] = "LogicalDrv";
 

@@ -22,6 +22,7 @@ struct Report {
   std::vector<RunRequest> requests = {};  ///< Of the plug-in, in their order.
   NKVXHMZ20::TCIMDateTime collected_at = {};
   std::chrono::milliseconds duration = {};  ///< Of the collection.
+  std::string root = {};                    ///< Where the tools were looked for.
 };
 
 #endif  // INVENTORY_BASE_REPORT_H_

@@ -1,24 +1,108 @@
 #include "inventory/base/times.h"
 
 #include <cstdio>
+#include <cstdlib>
 
-std::string Rfc3339(const NKVXHMZ20::TCIMDateTime& time) {
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::minutes;
+using std::chrono::sys_time;
+
+/// Of local time, as a calendar has it.
+struct Fields {
+  unsigned year = 0;
+  unsigned month = 0;
+  unsigned day = 0;
+  unsigned hour = 0;
+  unsigned minute = 0;
+  unsigned second = 0;
+  long microsecond = 0;
+};
+
+std::optional<Instant> MakeInstant(const Fields& fields, minutes offset) {
+  const auto date = std::chrono::year(static_cast<int>(fields.year)) /
+                    std::chrono::month(fields.month) / std::chrono::day(fields.day);
+  if (!date.ok() || fields.hour > 23 || fields.minute > 59 || fields.second > 59) {
+    return std::nullopt;
+  }
+  const auto time = std::chrono::hours(fields.hour) + minutes(fields.minute) +
+                    std::chrono::seconds(fields.second) + microseconds(fields.microsecond);
+  return Instant{std::chrono::sys_days(date) + time - offset, offset};
+}
+
+minutes Signed(char sign, unsigned offset) {
+  const minutes magnitude(offset);
+  return sign == '-' ? -magnitude : magnitude;
+}
+
+}  // namespace
+
+std::optional<Instant> ToInstant(const NKVXHMZ20::TCIMDateTime& time) {
   const std::string text = time.ToString();
-  unsigned parts[6];
+  Fields fields;
   char sign = 0;
   unsigned offset = 0;
-  if (text.size() != 25 ||
-      std::sscanf(text.c_str(), "%4u%2u%2u%2u%2u%2u.%*6u%c%3u", &parts[0], &parts[1], &parts[2],
-                  &parts[3], &parts[4], &parts[5], &sign, &offset) != 8) {
-    return "";
+  if (text.size() != 25 || std::sscanf(text.c_str(), "%4u%2u%2u%2u%2u%2u.%6ld%c%3u", &fields.year,
+                                       &fields.month, &fields.day, &fields.hour, &fields.minute,
+                                       &fields.second, &fields.microsecond, &sign, &offset) != 9) {
+    return std::nullopt;
   }
-  const auto date = std::chrono::year(static_cast<int>(parts[0])) / std::chrono::month(parts[1]) /
-                    std::chrono::day(parts[2]);
-  if (!date.ok() || parts[3] > 23 || parts[4] > 59 || parts[5] > 59) return "";
-  char result[64];
-  std::snprintf(result, sizeof result, "%04u-%02u-%02uT%02u:%02u:%02u%c%02u:%02u", parts[0],
-                parts[1], parts[2], parts[3], parts[4], parts[5], sign, offset / 60, offset % 60);
-  return result;
+  return MakeInstant(fields, Signed(sign, offset));
+}
+
+std::string Rfc3339(const Instant& instant) {
+  const auto local = std::chrono::floor<std::chrono::seconds>(instant.utc + instant.offset);
+  const auto day = std::chrono::floor<std::chrono::days>(local);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss time(local - day);
+  const long offset = instant.offset.count();
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02ld:%02ld:%02ld%c%02ld:%02ld",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<long>(time.hours().count()),
+                static_cast<long>(time.minutes().count()),
+                static_cast<long>(time.seconds().count()), offset < 0 ? '-' : '+',
+                std::labs(offset) / 60, std::labs(offset) % 60);
+  return text;
+}
+
+std::optional<Instant> ParseRfc3339(std::string_view text) {
+  const std::string whole(text);
+  Fields fields;
+  int end = 0;
+  if (std::sscanf(whole.c_str(), "%4u-%2u-%2uT%2u:%2u:%2u%n", &fields.year, &fields.month,
+                  &fields.day, &fields.hour, &fields.minute, &fields.second, &end) != 6 ||
+      end != 19) {
+    return std::nullopt;
+  }
+  std::string_view rest = text.substr(19);
+  if (rest.starts_with('.')) {
+    rest.remove_prefix(1);
+    long unit = 100'000;
+    std::size_t digits = 0;
+    for (; digits < rest.size() && rest[digits] >= '0' && rest[digits] <= '9'; ++digits) {
+      fields.microsecond += unit * (rest[digits] - '0');
+      unit /= 10;
+    }
+    if (digits == 0) return std::nullopt;
+    rest.remove_prefix(digits);
+  }
+  if (rest == "Z") return MakeInstant(fields, minutes(0));
+  char sign = 0;
+  unsigned hours = 0;
+  unsigned past = 0;
+  const std::string zone(rest);
+  if (std::sscanf(zone.c_str(), "%c%2u:%2u%n", &sign, &hours, &past, &end) != 3 ||
+      zone.size() != 6 || end != 6 || (sign != '+' && sign != '-') || past > 59) {
+    return std::nullopt;
+  }
+  return MakeInstant(fields, Signed(sign, hours * 60 + past));
+}
+
+std::string Rfc3339(const NKVXHMZ20::TCIMDateTime& time) {
+  const std::optional<Instant> instant = ToInstant(time);
+  return instant ? Rfc3339(*instant) : "";
 }
 
 std::string SecondsText(std::chrono::milliseconds time) {

@@ -19,12 +19,10 @@
 #include "inventory/command/messages.h"
 #include "inventory/command/output_file.h"
 #include "inventory/command/progress_line.h"
+#include "inventory/machine/read_machine.h"
+#include "inventory/machine/selection.h"
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
-#include "inventory/print/instance_list.h"
-#include "inventory/print/json_printer.h"
-#include "inventory/print/mof_printer.h"
-#include "inventory/print/text_report.h"
 #include "inventory/runs/run_problems.h"
 #include "inventory/runs/tool_runs.h"
 #include "standin/host_services.h"
@@ -38,6 +36,7 @@ using Clock = std::chrono::steady_clock;
 struct Outcome {
   std::unique_ptr<standin::Repository> repository;
   std::unique_ptr<Report> report;
+  Machine machine;
 };
 
 /// "cannot write FILE: WHY"
@@ -68,7 +67,8 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
 }
 
 /// What only the end of a collection shows: adds it to the report and tells what was lost.
-void AddProblems(const Options& options, const std::vector<Problem>& failures, Report& report) {
+void AddProblems(const Options& options, const std::vector<Problem>& failures,
+                 const Machine& machine, Report& report) {
   std::vector<Problem>& problems = report.problems;
   problems.insert(problems.end(), failures.begin(), failures.end());
   for (const Problem& problem : problems) {
@@ -87,7 +87,7 @@ void AddProblems(const Options& options, const std::vector<Problem>& failures, R
   }
   // Where only some classes were asked for, most of what the tools print is not to show up.
   if (!options.all_classes) return;
-  const std::vector<Problem> unread = FindUnreadLines(report);
+  const std::vector<Problem> unread = FindUnreadLines(report, machine);
   problems.insert(problems.end(), unread.begin(), unread.end());
 }
 
@@ -112,12 +112,14 @@ Outcome CollectOutcome(const Options& options, std::optional<std::chrono::millis
   Collection collection = Collect(options, tools);
   progress.Clear();
 
-  Outcome outcome{std::move(collection.repository), nullptr};
+  Outcome outcome{std::move(collection.repository), nullptr, {}};
   outcome.report = std::make_unique<Report>(Report{
       standin::Services().get_machine_name(), kExitAnswered, FindRunProblems(tools.GetRecords()),
       *outcome.repository, collection.latest_pass, tools.GetRecords(), tools.GetRequests(),
-      collected_at, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start)});
-  AddProblems(options, collection.failures, *outcome.report);
+      collected_at, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start),
+      std::filesystem::current_path().string()});
+  outcome.machine = ReadMachine(*outcome.report);
+  AddProblems(options, collection.failures, outcome.machine, *outcome.report);
   if (!log.GetError().empty()) {
     Complain(CannotWrite(options.log, log.GetError()));
     outcome.report->exit_status = kExitOutput;
@@ -126,35 +128,21 @@ Outcome CollectOutcome(const Options& options, std::optional<std::chrono::millis
 }
 
 /// Returns the exit status, which only a check has a say in.
-int Print(const Options& options, const Report& report, OutputFile& output) {
-  switch (options.format) {
-    case Format::kText: {
-      const Display display = FindDisplay(options.color, !options.output.empty());
-      if (options.all_classes) {
-        PrintText(report, std::filesystem::current_path().string(), options.verbose, display,
-                  output);
-      } else {
-        PrintInstances(report, display, output);
-      }
-      break;
-    }
-    case Format::kJson:
-      PrintJson(report, options.runs, output);
-      break;
-    case Format::kMof:
-      PrintMof(report, output);
-      break;
-    case Format::kCheck:
-      return PrintCheck(report, output);
-  }
-  return report.exit_status;
+int Print(const Options& options, const Outcome& outcome, OutputFile& output) {
+  ViewOptions view;
+  view.display = FindDisplay(options.color, !options.output.empty());
+  view.is_brief = options.brief;
+  view.is_verbose = options.verbose;
+  view.runs = options.runs;
+  view.is_whole = options.all_classes;
+  return options.view({*outcome.report, outcome.machine}, view, output);
 }
 
 }  // namespace
 
 int RunInventory(const Options& options) {
   const auto refuse = [&options](const std::string& why, int exit_status) {
-    return Refuse(why, options.format == Format::kCheck, exit_status);
+    return Refuse(why, options.is_check, exit_status);
   };
   OutputFile output(options.output);
   if (!output.GetError().empty()) {
@@ -170,7 +158,7 @@ int RunInventory(const Options& options) {
     return refuse("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
   }
 
-  if (options.format == Format::kCheck) {
+  if (options.is_check) {
     SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
   }
   CollectionLock lock;
@@ -186,9 +174,14 @@ int RunInventory(const Options& options) {
     if (limit)
       *limit -= std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
   }
-  const Outcome outcome = CollectOutcome(options, limit, log);
+  Outcome outcome = CollectOutcome(options, limit, log);
   SayWhenASignalEnds("");
-  const int exit_status = Print(options, *outcome.report, output);
+  if (!options.controllers.empty()) {
+    const std::string missing = SelectControllers(options.controllers, outcome.machine);
+    if (!missing.empty()) return refuse(missing, kExitFailed);
+    SelectProblems(outcome.machine, outcome.report->problems);
+  }
+  const int exit_status = Print(options, outcome, output);
   output.Finish();
   if (output.GetError().empty()) return exit_status;
   if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());

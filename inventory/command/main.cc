@@ -18,6 +18,6 @@ int main(int argc, char** argv) {
     CleanUpOnSignals();
     return RunInventory(*options);
   } catch (const std::exception& error) {
-    return Refuse(error.what(), options && options->format == Format::kCheck, kExitFailed);
+    return Refuse(error.what(), options && options->is_check, kExitFailed);
   }
 }

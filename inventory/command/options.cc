@@ -10,6 +10,11 @@
 #include "inventory/command/class_list.h"
 #include "inventory/command/exit_status.h"
 #include "inventory/command/messages.h"
+#include "inventory/print/check_line.h"
+#include "inventory/print/instance_list.h"
+#include "inventory/print/json_printer.h"
+#include "inventory/print/mof_printer.h"
+#include "inventory/print/text_report.h"
 #include "standin/schema.h"
 
 namespace {
@@ -26,8 +31,9 @@ constexpr char kFooter[] =
     "/srv/tools/kraid\n"
     "  kraid-inventory --format json KVXSG_krDiskDrive    the disk drives, for programs\n";
 
-constexpr std::pair<const char*, Format> kFormats[] = {
-    {"text", Format::kText}, {"json", Format::kJson}, {"mof", Format::kMof}};
+/// The views that a format names. The instances as text and the check are asked for otherwise.
+constexpr std::pair<const char*, PrintView> kFormats[] = {
+    {"text", PrintText}, {"json", PrintJson}, {"mof", PrintMof}};
 constexpr std::pair<const char*, RunsShown> kRunsShown[] = {
     {"none", RunsShown::kNone}, {"failed", RunsShown::kFailed}, {"all", RunsShown::kAll}};
 constexpr std::pair<const char*, Color> kColors[] = {
@@ -133,11 +139,16 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       ->type_name("FILE")
       ->check(CLI::ExistingFile.description(""));
   CLI::Option* const format =
-      AddChoice(app, "--format", options.format, kFormats,
+      AddChoice(app, "--format", options.view, kFormats,
                 "text, for people (the default); json; mof, for the schema kvxsg.mof");
   AddChoice(app, "--color", options.color, kColors,
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
+  app.add_flag("--brief", options.brief, "text: what needs attention, and nothing else");
   app.add_flag("--check", check, "one line and the exit status for a monitoring system");
+  app.add_option("--controller", options.controllers,
+                 "of these controllers only: text, check, the machine in JSON; repeatable")
+      ->type_name("N")
+      ->expected(1);
   app.add_flag("--list", list, "list the classes of the schema");
   CLI::Option* const output =
       app.add_option("--output", options.output,
@@ -185,7 +196,16 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   }
   if (list) return Answer(ClassList(), exit_status);
 
-  if (check) options.format = Format::kCheck;
+  const bool is_text = options.view == PrintText && !check;
+  if (options.brief && !(is_text && options.all_classes)) {
+    return RefuseUsage("--brief is for the text report", arguments, exit_status);
+  }
+  if (!options.controllers.empty() && (options.view == PrintMof || !options.all_classes)) {
+    return RefuseUsage("--controller goes with neither mof nor classes", arguments, exit_status);
+  }
+  if (check) options.view = PrintCheck;
+  options.is_check = check;
+  if (is_text && !options.all_classes) options.view = PrintInstances;
   WarnOfUnknownClasses(options.classes);
   if (options.all_classes) {
     for (const standin::SchemaClass& known : standin::Schema()) {

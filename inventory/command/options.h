@@ -2,21 +2,22 @@
 #define INVENTORY_COMMAND_OPTIONS_H_
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "inventory/print/display.h"
-#include "inventory/print/json_printer.h"
-
-enum class Format { kText, kJson, kMof, kCheck };
+#include "inventory/print/text_report.h"
+#include "inventory/print/view.h"
 
 /// What the command line asks for. Paths are absolute: they do not change with --root.
 struct Options {
   std::vector<std::string> classes;
   bool all_classes = false;  // none was named
-  Format format = Format::kText;
+  PrintView view = PrintText;
+  bool is_check = false;  // of the views, the one for a monitoring system
   Color color = Color::kAuto;
   std::filesystem::path root;  // empty: stay here
   std::filesystem::path plugin;
@@ -28,6 +29,8 @@ struct Options {
   bool as_host = false;                              // every request runs, the first throw counts
   bool lock = true;
   RunsShown runs = RunsShown::kFailed;
+  std::vector<std::uint64_t> controllers;  // none: all
+  bool brief = false;
   bool verbose = false;
 };
 

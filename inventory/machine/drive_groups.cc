@@ -1,37 +1,62 @@
 #include "inventory/machine/drive_groups.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "schema/published_texts.h"
 
 namespace {
 
-/// Takes the devices at the places out of `devices`, so that one that stands in several stripe
-/// orders is shown in the first.
-void AddPlaces(const std::string& stripe_order, DevicesByPlace& devices, DriveGroup& group) {
-  for (std::string& place : PlacesIn(stripe_order)) {
-    const auto found = devices.find(place);
-    if (found == devices.end()) {
-      group.absent_places.push_back(std::move(place));
-    } else if (found->second.empty()) {
-      group.shared_places.push_back(std::move(place));
-    } else {
-      group.devices.insert(group.devices.end(), found->second.begin(), found->second.end());
-      found->second.clear();
+/// The places of stripe orders, and which of their devices are shown already: one that stands in
+/// several orders is shown in the first.
+class Placing {
+ public:
+  explicit Placing(const DevicesByPlace& devices) : devices_(devices) {}
+
+  void AddPlaces(const std::string& stripe_order, DriveArray& array) {
+    std::unordered_set<Place> places;
+    for (Place& place : PlacesIn(stripe_order)) {
+      const auto found = devices_.find(place);
+      if (found == devices_.end()) {
+        array.absent_places.push_back(std::move(place));
+        continue;
+      }
+      if (places.insert(place).second) Append(found->second, array.devices);
+      if (shown_.insert(place).second) {
+        Append(found->second, array.shown_devices);
+      } else {
+        array.shared_places.push_back(std::move(place));
+      }
     }
   }
-}
 
-/// The arrays' groups, still empty of drives, and where they stand.
-class GroupIndex {
+  /// All that is in no stripe order, devices of one place together.
+  std::vector<std::size_t> TakeRest(const std::vector<Device>& devices) {
+    std::vector<std::size_t> rest;
+    for (const Device& device : devices) {
+      if (shown_.insert(device.place).second) Append(devices_.at(device.place), rest);
+    }
+    return rest;
+  }
+
+ private:
+  static void Append(const std::vector<std::size_t>& more, std::vector<std::size_t>& all) {
+    all.insert(all.end(), more.begin(), more.end());
+  }
+
+  const DevicesByPlace& devices_;
+  std::unordered_set<Place> shown_;
+};
+
+/// The arrays, still empty of drives, and where they stand.
+class ArrayIndex {
  public:
-  void Add(const DriveArray& array, std::size_t group) {
-    if (array.letter.empty()) {
-      by_drive_.emplace(array.logical_drive, group);
+  void Add(const PublishedArray& array, std::size_t index) {
+    if (array.letter) {
+      by_letter_.emplace(*array.letter, index);
     } else {
-      by_letter_.emplace(array.letter, group);
+      by_drive_.emplace(array.logical_drive, index);
     }
   }
 
@@ -49,49 +74,69 @@ class GroupIndex {
   std::unordered_map<std::string, std::size_t> by_drive_;
 };
 
-bool StandsBefore(const DriveGroup& a, const DriveGroup& b) {
+bool StandsBefore(const DriveArray& a, const DriveArray& b) {
   if (a.logical_drives.empty()) return false;
   return b.logical_drives.empty() || a.logical_drives.front() < b.logical_drives.front();
 }
 
+/// Tells the drives and devices where they are, now that the arrays have their order.
+void LinkBack(Controller& controller) {
+  std::unordered_set<Place> missing;
+  for (std::size_t i = 0; i < controller.arrays.size(); ++i) {
+    const DriveArray& array = controller.arrays[i];
+    for (const std::size_t drive : array.logical_drives) controller.logical_drives[drive].array = i;
+    for (const std::size_t device : array.devices) controller.devices[device].arrays.push_back(i);
+    for (const Place& place : array.absent_places) {
+      if (missing.insert(place).second) controller.missing_places.push_back(place);
+    }
+  }
+}
+
 }  // namespace
 
-DriveArray MakeDriveArray(const std::string& id, const std::string& letter,
-                          const std::string& stripe_order) {
+DevicesByPlace IndexDevices(const std::vector<Device>& devices) {
+  DevicesByPlace by_place;
+  for (std::size_t i = 0; i < devices.size(); ++i) by_place[devices[i].place].push_back(i);
+  return by_place;
+}
+
+PublishedArray MakePublishedArray(const std::string& id, const std::string& letter,
+                                  const std::string& stripe_order) {
   // The newer tools know no letters: their arrays are each one logical drive's, whose number stands
   // in the identifier.
   const std::string mark = kGroupsDriveMark;
   const auto found = id.find(mark);
-  if (found == std::string::npos) return {letter, "", stripe_order};
+  if (found == std::string::npos) return {MakeText(letter), "", stripe_order};
   const auto number = found + mark.size();
-  return {"", id.substr(number, id.find_first_not_of("0123456789", number) - number), stripe_order};
+  return {std::nullopt, id.substr(number, id.find_first_not_of("0123456789", number) - number),
+          stripe_order};
 }
 
-void GroupDrives(const std::vector<DriveArray>& arrays, const std::vector<DriveLocation>& locations,
-                 DevicesByPlace devices, Controller& controller) {
-  std::vector<DriveGroup>& groups = controller.groups;
-  GroupIndex index;
-  for (const DriveArray& array : arrays) {
-    index.Add(array, groups.size());
-    groups.emplace_back().array = array.letter;
-    AddPlaces(array.stripe_order, devices, groups.back());
+void GroupDrives(const std::vector<PublishedArray>& arrays,
+                 const std::vector<DriveLocation>& locations, const DevicesByPlace& devices,
+                 Controller& controller) {
+  Placing placing(devices);
+  ArrayIndex index;
+  for (const PublishedArray& published : arrays) {
+    index.Add(published, controller.arrays.size());
+    DriveArray& array = controller.arrays.emplace_back();
+    array.letter = published.letter;
+    array.logical_drive = MakeNumber(published.logical_drive);
+    placing.AddPlaces(published.stripe_order, array);
   }
   for (std::size_t i = 0; i < controller.logical_drives.size(); ++i) {
-    const std::size_t* const group =
-        index.Find(locations[i].array, controller.logical_drives[i].number);
-    if (group != nullptr) {
-      groups[*group].logical_drives.push_back(i);
-    } else {
-      groups.emplace_back().logical_drives.push_back(i);
-      AddPlaces(locations[i].stripe_order, devices, groups.back());
+    const auto& number = controller.logical_drives[i].number;
+    const std::size_t* const known = index.Find(locations[i].array, number ? number->text : "");
+    if (known != nullptr) {
+      controller.arrays[*known].logical_drives.push_back(i);
+      continue;
     }
+    DriveArray& own = controller.arrays.emplace_back();
+    own.logical_drive = number;
+    own.logical_drives.push_back(i);
+    placing.AddPlaces(locations[i].stripe_order, own);
   }
-  std::stable_sort(groups.begin(), groups.end(), StandsBefore);
-  DriveGroup rest;
-  for (const Device& device : controller.devices) {
-    std::vector<std::size_t>& left = devices[device.place];
-    rest.devices.insert(rest.devices.end(), left.begin(), left.end());
-    left.clear();
-  }
-  if (!rest.devices.empty()) groups.push_back(std::move(rest));
+  std::stable_sort(controller.arrays.begin(), controller.arrays.end(), StandsBefore);
+  controller.unplaced_devices = placing.TakeRest(controller.devices);
+  LinkBack(controller);
 }

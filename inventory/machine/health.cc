@@ -1,252 +1,229 @@
 #include "inventory/machine/health.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
-#include <map>
-#include <set>
 #include <string>
 #include <utility>
 
 #include "inventory/machine/state_words.h"
+#include "inventory/machine/usual_labels.h"
 
 namespace {
 
-/// Reads `kCount` numbers with slashes between them; false when the text is something else.
-template <std::size_t kCount>
-bool ReadCounts(const std::string& text, std::size_t (&counts)[kCount]) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  for (std::size_t i = 0; i < kCount; ++i) {
-    if (i > 0 && (at == end || *at++ != '/')) return false;
-    const auto read = std::from_chars(at, end, counts[i]);
-    if (read.ec != std::errc()) return false;
-    at = read.ptr;
-  }
-  return at == end;
+using Kind = Subject::Kind;
+
+std::string StateText(const State& state) { return state.text.value_or("no state is reported"); }
+
+/// What a state that is not fine comes to; `lost` is what one that means loss is called.
+ReasonCode CodeOf(const State& state, ReasonCode lost) {
+  if (state.judgement == Severity::kCritical) return lost;
+  return IsRebuild(state.text) ? ReasonCode::kRebuild : ReasonCode::kStateNotFine;
 }
 
-std::string StateText(const std::string& state) {
-  return state.empty() ? "no state is reported" : state;
-}
-
-/// What health depends on and most drives of a tool have, each a part of its name.
-class UsualLabels {
- public:
-  explicit UsualLabels(const Machine& machine) {
-    for (const Controller& controller : machine.controllers) {
-      for (const Device& device : controller.devices) {
-        if (!IsDrive(device)) continue;
-        Counts& counts = counts_[ToolOf(controller)];
-        ++counts.drives;
-        if (device.has_size) ++counts.sizes;
-        if (!device.predicts_failure.empty()) ++counts.predictions;
-      }
-    }
-  }
-
-  /// A drive whose line is missing, or spelled in a way that no parser knows, is not judged by it.
-  void Check(const Controller& controller, const Device& device, Finding& finding) const {
-    const auto found = counts_.find(ToolOf(controller));
-    if (!IsDrive(device) || found == counts_.end()) return;
-    const Counts& counts = found->second;
-    if (!device.has_size && IsUsual(counts.sizes, counts)) Add("size", finding);
-    if (device.predicts_failure.empty() && IsUsual(counts.predictions, counts)) Add("PFA", finding);
-  }
-
- private:
-  struct Counts {
-    std::size_t drives = 0;
-    std::size_t sizes = 0;
-    std::size_t predictions = 0;
-  };
-
-  static bool IsDrive(const Device& device) { return device.type.starts_with("Hard d"); }
-  static bool IsUsual(std::size_t count, const Counts& counts) {
-    return count > counts.drives - count;
-  }
-  static std::string ToolOf(const Controller& controller) {
-    return controller.tool.substr(0, controller.tool.find(' '));
-  }
-  static void Add(const char* label, Finding& finding) {
-    finding.Add(Severity::kWarning,
-                std::string("no ") + label + " is reported, unlike of other drives");
-  }
-
-  std::map<std::string, Counts> counts_;  // by tool
-};
+std::string TextOf(const std::optional<Number>& number) { return number ? number->text : ""; }
 
 class ControllerAssessor {
  public:
-  ControllerAssessor(const Controller& controller, const UsualLabels& usual)
-      : controller_(controller), usual_(usual), where_("controller " + controller.number) {
-    if (!controller.name.empty()) where_ += " (" + controller.name + ")";
-  }
+  ControllerAssessor(Controller& controller, std::size_t index, const UsualLabels& usual)
+      : controller_(controller),
+        index_(index),
+        usual_(usual),
+        where_(DescribeController(controller)) {}
 
-  Health Assess() {
-    for (const LogicalDrive& drive : controller_.logical_drives) AssessDrive(drive);
-    AssessStrayBadStripes();
-    for (const Device& device : controller_.devices) AssessDevice(device);
-    for (const Device& counters : controller_.stray_counters) AssessStrayCounters(counters);
-    AssessAbsentPlaces();
-    // The controller's own finding stands before those of its parts, and looks at them.
-    Finding own = {Severity::kFine, where_, ""};
-    AssessController(own);
-    Find(std::move(own), health_.findings.begin());
-    return std::move(health_);
+  /// The controller's own finding stands before those of its parts, and looks at them.
+  std::vector<Finding> Assess() {
+    for (std::size_t i = 0; i < controller_.logical_drives.size(); ++i) AssessDrive(i);
+    for (std::size_t i = 0; i < controller_.unlisted_drives.size(); ++i) AssessUnlistedDrive(i);
+    for (std::size_t i = 0; i < controller_.devices.size(); ++i) AssessDevice(i);
+    for (std::size_t i = 0; i < controller_.unlisted_devices.size(); ++i) AssessUnlistedDevice(i);
+    for (std::size_t i = 0; i < controller_.missing_places.size(); ++i) AssessMissing(i);
+    Finding own = AssessController();
+    controller_.verdict = own.severity;
+    if (own.severity != Severity::kFine) findings_.insert(findings_.begin(), std::move(own));
+    return std::move(findings_);
   }
 
  private:
-  void AssessDrive(const LogicalDrive& drive) {
-    Finding finding = Part("logical drive " + drive.number);
-    const Severity severity = JudgeLogicalDrive(drive.state);
-    finding.Add(severity, StateText(drive.state));
-    if (severity == Severity::kCritical) ++health_.degraded_drives;
-    if (IsRebuild(drive.state)) ++health_.rebuilds;
-    if (!drive.bad_stripes.empty()) AddBadStripes(drive.bad_stripes, finding);
-    finding.Add(JudgeFlag(drive.access_blocked), "access blocked: " + drive.access_blocked);
+  void AssessDrive(std::size_t i) {
+    LogicalDrive& drive = controller_.logical_drives[i];
+    Finding finding = Part(Kind::kLogicalDrive, i, "logical drive " + TextOf(drive.number));
+    drive.state.judgement = JudgeLogicalDrive(drive.state.text);
+    finding.Add(CodeOf(drive.state, ReasonCode::kDriveDegraded), drive.state.judgement,
+                StateText(drive.state));
+    if (drive.state.judgement == Severity::kCritical) ++health_.degraded_drives;
+    if (IsRebuild(drive.state.text)) ++health_.rebuilds;
+    AddBadStripes(drive.bad_stripes, finding);
+    finding.Add(ReasonCode::kAccessBlocked, JudgeFlag(drive.access_blocked),
+                "access blocked: " + drive.access_blocked.text.value_or(""));
+    drive.verdict = finding.severity;
     Find(std::move(finding));
   }
 
-  void AssessStrayBadStripes() {
-    for (const auto& [drive, count] : controller_.stray_bad_stripes) {
-      Finding finding = Part("logical drive " + drive);
-      AddBadStripes(count, finding);
-      Find(std::move(finding));
-    }
+  void AssessUnlistedDrive(std::size_t i) {
+    const UnlistedDrive& drive = controller_.unlisted_drives[i];
+    Finding finding = Part(Kind::kUnlistedDrive, i, "logical drive " + TextOf(drive.number));
+    AddBadStripes(drive.bad_stripes, finding);
+    Find(std::move(finding));
   }
 
-  void AddBadStripes(const std::string& count, Finding& finding) {
+  void AddBadStripes(const std::vector<Number>& counts, Finding& finding) {
+    const std::string text = DescribeBadStripes(counts);
+    if (text.empty()) return;
     ++health_.drives_with_bad_stripes;
-    finding.Add(Severity::kWarning, count + " bad stripes");
+    finding.Add(ReasonCode::kBadStripes, Severity::kWarning, text);
   }
 
-  void AssessDevice(const Device& device) {
-    Finding finding = Part("device " + device.place);
-    const Severity severity = JudgeDevice(device.state);
-    finding.Add(severity, StateText(device.state));
-    if (severity == Severity::kCritical) ++health_.failed_devices;
-    if (IsRebuild(device.state)) ++health_.rebuilds;
-    const bool is_flagged = PredictsFailure(device);
-    if (is_flagged) finding.Add(Severity::kWarning, "PFA: " + device.predicts_failure);
-    AddCounters(device, is_flagged, finding);
+  void AssessDevice(std::size_t i) {
+    Device& device = controller_.devices[i];
+    Finding finding = Part(Kind::kDevice, i, "device " + device.place.GetText());
+    device.state.judgement = JudgeDevice(device.state.text);
+    finding.Add(CodeOf(device.state, ReasonCode::kDeviceFailed), device.state.judgement,
+                StateText(device.state));
+    if (device.state.judgement == Severity::kCritical) ++health_.failed_devices;
+    if (IsRebuild(device.state.text)) ++health_.rebuilds;
+    bool is_flagged = JudgeFlag(device.predicts_failure) != Severity::kFine;
+    if (is_flagged) {
+      finding.Add(ReasonCode::kPredictedFailure, Severity::kWarning,
+                  "PFA: " + device.predicts_failure.text.value_or(""));
+    }
+    for (const ErrorCounters& counters : device.counters)
+      AddCounters(counters, is_flagged, finding);
+    if (is_flagged) ++health_.predicted_failures;
     usual_.Check(controller_, device, finding);
+    device.verdict = finding.severity;
     Find(std::move(finding));
   }
 
-  void AssessStrayCounters(const Device& counters) {
-    Finding finding = Part("device " + counters.place);
-    AddCounters(counters, false, finding);
+  void AssessUnlistedDevice(std::size_t i) {
+    const UnlistedDevice& device = controller_.unlisted_devices[i];
+    Finding finding = Part(Kind::kUnlistedDevice, i, "device " + device.place.GetText());
+    bool is_flagged = false;
+    AddCounters(device.counters, is_flagged, finding);
+    if (is_flagged) ++health_.predicted_failures;
     Find(std::move(finding));
   }
 
   /// Of the counters only that of predicted failures asks for attention; the others say what was.
-  void AddCounters(const Device& device, bool is_flagged, Finding& finding) {
-    for (const auto& [name, count] : device.counters) {
-      if (name != "PFA") continue;
-      if (!is_flagged) finding.Add(Severity::kWarning, "PFA counter: " + count);
-      is_flagged = true;
+  static void AddCounters(const ErrorCounters& counters, bool& is_flagged, Finding& finding) {
+    const std::optional<Number>& count = counters.predicted_failures;
+    if (!count || IsZero(*count)) return;
+    if (!is_flagged) {
+      finding.Add(ReasonCode::kPredictedFailure, Severity::kWarning, "PFA counter: " + count->text);
     }
-    if (is_flagged) ++health_.predicted_failures;
+    is_flagged = true;
   }
 
-  void AssessAbsentPlaces() {
-    std::set<std::string> absent_before;
-    for (const DriveGroup& group : controller_.groups) {
-      for (const std::string& absent : group.absent_places) {
-        if (!absent_before.insert(absent).second) continue;
-        ++health_.failed_devices;
-        Finding finding = Part("device " + absent);
-        finding.Add(Severity::kCritical, "missing: in a stripe order, but not among the devices");
-        Find(std::move(finding));
-      }
-    }
+  void AssessMissing(std::size_t i) {
+    ++health_.failed_devices;
+    Finding finding =
+        Part(Kind::kMissingDevice, i, "device " + controller_.missing_places[i].GetText());
+    finding.Add(ReasonCode::kDeviceMissing, Severity::kCritical,
+                "missing: in a stripe order, but not among the devices");
+    Find(std::move(finding));
   }
 
-  void AssessController(Finding& own) {
-    own.Add(JudgeController(controller_.status), controller_.status);
+  Finding AssessController() {
+    Finding own = {Severity::kFine, {Kind::kController, index_, 0}, where_, {}};
+    State& state = controller_.state;
+    state.judgement = JudgeController(state.text);
+    own.Add(CodeOf(state, ReasonCode::kControllerFailed), state.judgement, StateText(state));
     if (controller_.shares_number) {
-      own.Add(Severity::kWarning,
+      own.Add(ReasonCode::kNumberShared, Severity::kWarning,
               "has the number of another controller, which its parts are shown with");
     }
     AddDefunctDrives(own);
     AddDriveCounts(own);
-    if (IsRebuilding(controller_) && health_.rebuilds == 0) ++health_.rebuilds;
-    own.Add(JudgeOperation(controller_), controller_.DescribeOperation());
-    own.Add(JudgeBattery(controller_.battery_status), "battery: " + controller_.battery_status);
-    own.Add(JudgeFlag(controller_.battery_over_temperature),
-            "battery over temperature: " + controller_.battery_over_temperature);
+    AddOperation(own);
+    AddBattery(own);
+    controller_.health = health_;
+    return own;
   }
 
   // Counts say more than the lists do when something does not answer any more.
 
   void AddDefunctDrives(Finding& own) {
-    const std::string& text = controller_.defunct_drives;
-    std::size_t defunct[1] = {};
-    if (text.empty()) return;
-    if (!ReadCounts(text, defunct)) {
-      own.Add(Severity::kWarning, "defunct disk drive count: " + text);
-    } else if (const std::size_t listed = health_.failed_devices; defunct[0] > listed) {
-      health_.failed_devices = defunct[0];
-      own.Add(Severity::kCritical,
-              text + " defunct disk drives, " + std::to_string(listed) + " of them listed");
+    const std::optional<Number>& count = controller_.defunct_drives;
+    const std::size_t listed = health_.failed_devices;
+    if (!count) return;
+    if (!count->value) {
+      own.Add(ReasonCode::kCountsDiffer, Severity::kWarning,
+              "defunct disk drive count: " + count->text);
+    } else if (*count->value > listed) {
+      health_.failed_devices = *count->value;
+      own.Add(ReasonCode::kCountsDiffer, Severity::kCritical,
+              count->text + " defunct disk drives, " + std::to_string(listed) + " of them listed");
     }
   }
 
   void AddDriveCounts(Finding& own) {
-    const std::string text = "logical drives/offline/critical: " + controller_.drive_counts;
-    std::size_t drives[3] = {};
-    if (controller_.drive_counts.empty()) return;
-    if (!ReadCounts(controller_.drive_counts, drives)) {
-      own.Add(Severity::kWarning, text);
-      return;
-    }
+    const std::optional<DriveCounts>& counts = controller_.drive_counts;
+    if (!counts) return;
+    const std::string text = "logical drives/offline/critical: " + counts->text;
     const std::size_t listed = health_.degraded_drives;
-    if (const std::size_t lost = drives[1] + drives[2]; lost > listed) {
+    if (!counts->is_read) {
+      own.Add(ReasonCode::kCountsDiffer, Severity::kWarning, text);
+    } else if (const std::size_t lost = counts->offline + counts->critical; lost > listed) {
       health_.degraded_drives = lost;
-      own.Add(Severity::kCritical, text + ", " + std::to_string(listed) + " of them listed");
+      own.Add(ReasonCode::kCountsDiffer, Severity::kCritical,
+              text + ", " + std::to_string(listed) + " of them listed");
     }
   }
 
-  Finding Part(const std::string& part) const {
-    return {Severity::kFine, where_ + ", " + part, ""};
+  void AddOperation(Finding& own) {
+    Operation& operation = controller_.operation;
+    operation.judgement = JudgeOperation(operation);
+    const bool is_rebuilding = IsRebuilding(operation);
+    if (is_rebuilding && health_.rebuilds == 0) ++health_.rebuilds;
+    own.Add(is_rebuilding ? ReasonCode::kRebuild : ReasonCode::kOperation, operation.judgement,
+            operation.Describe());
   }
 
-  void Find(Finding finding, std::vector<Finding>::iterator before) {
-    if (finding.severity != Severity::kFine) health_.findings.insert(before, std::move(finding));
+  void AddBattery(Finding& own) {
+    Battery& battery = controller_.battery;
+    battery.state.judgement = JudgeBattery(battery.state.text);
+    own.Add(ReasonCode::kBattery, battery.state.judgement,
+            "battery: " + battery.state.text.value_or(""));
+    own.Add(ReasonCode::kBattery, JudgeFlag(battery.over_temperature),
+            "battery over temperature: " + battery.over_temperature.text.value_or(""));
   }
-  void Find(Finding finding) { Find(std::move(finding), health_.findings.end()); }
 
-  const Controller& controller_;
+  Finding Part(Kind kind, std::size_t i, const std::string& part) const {
+    return {Severity::kFine, {kind, index_, i}, where_ + ", " + part, {}};
+  }
+
+  void Find(Finding finding) {
+    if (finding.severity != Severity::kFine) findings_.push_back(std::move(finding));
+  }
+
+  Controller& controller_;
+  std::size_t index_;
   const UsualLabels& usual_;
   std::string where_;
-  Health health_;  // the controller's share
+  std::vector<Finding> findings_;
+  HealthCounts health_;
 };
-
-void Append(Health share, Health& health) {
-  std::move(share.findings.begin(), share.findings.end(), std::back_inserter(health.findings));
-  health.failed_devices += share.failed_devices;
-  health.degraded_drives += share.degraded_drives;
-  health.predicted_failures += share.predicted_failures;
-  health.drives_with_bad_stripes += share.drives_with_bad_stripes;
-  health.rebuilds += share.rebuilds;
-}
 
 }  // namespace
 
-Health Assess(const Machine& machine) {
-  Health health;
-  for (const std::string& tool : machine.unpublished) {
-    health.findings.push_back(
-        {Severity::kCritical, tool, "its output tells of a controller that was not collected"});
+void Judge(Machine& machine) {
+  std::vector<Finding>& findings = machine.findings;
+  for (std::size_t i = 0; i < machine.unpublished.size(); ++i) {
+    Finding finding = {Severity::kFine, {Kind::kTool, 0, i}, machine.unpublished[i].Describe(), {}};
+    finding.Add(ReasonCode::kUnreadable, Severity::kCritical,
+                "its output tells of a controller that was not collected");
+    findings.push_back(std::move(finding));
   }
   const UsualLabels usual(machine);
-  for (const Controller& controller : machine.controllers) {
-    Append(ControllerAssessor(controller, usual).Assess(), health);
+  for (std::size_t i = 0; i < machine.controllers.size(); ++i) {
+    std::vector<Finding> share = ControllerAssessor(machine.controllers[i], i, usual).Assess();
+    std::move(share.begin(), share.end(), std::back_inserter(findings));
   }
-  const auto first_warning =
-      std::stable_partition(health.findings.begin(), health.findings.end(),
-                            [](const Finding& f) { return f.severity == Severity::kCritical; });
-  health.critical = static_cast<std::size_t>(first_warning - health.findings.begin());
-  return health;
+  std::stable_partition(findings.begin(), findings.end(), [](const Finding& finding) {
+    return finding.severity == Severity::kCritical;
+  });
+}
+
+std::string DescribeController(const Controller& controller) {
+  const std::string where = "controller " + controller.NumberText();
+  return controller.name ? where + " (" + *controller.name + ")" : where;
 }

@@ -1,24 +1,13 @@
 #ifndef INVENTORY_MACHINE_HEALTH_H_
 #define INVENTORY_MACHINE_HEALTH_H_
 
-#include <cstddef>
-#include <vector>
-
-#include "inventory/machine/finding.h"
 #include "inventory/machine/machine.h"
 
-struct Health {
-  /// One for each controller, drive or device; critical ones first.
-  std::vector<Finding> findings;
-  std::size_t critical = 0;
-  std::size_t failed_devices = 0;
-  std::size_t degraded_drives = 0;
-  std::size_t predicted_failures = 0;
-  std::size_t drives_with_bad_stripes = 0;
-  std::size_t rebuilds = 0;
-};
+/// Finds what of this machine needs attention: fills its findings, the judgements of the states,
+/// and of each part the verdict, of each controller the counts.
+void Judge(Machine& machine);
 
-/// What of this machine needs attention.
-Health Assess(const Machine& machine);
+/// "controller 2 (mail)", as findings and changes name it.
+std::string DescribeController(const Controller& controller);
 
 #endif  // INVENTORY_MACHINE_HEALTH_H_

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "inventory/base/readable.h"
-#include "inventory/machine/place.h"
 #include "inventory/machine/property_text.h"
 #include "schema/published_texts.h"
 
@@ -24,12 +23,12 @@ void KeepLast(std::vector<Entry>& entries, Entry entry) {
 }
 
 /// "20041127021408.000000-300" as "2004-11-27 02:14:08 -0500".
-std::string ReadableTime(const StoredInstance& instance, bool with_offset) {
+Time ReadTime(const StoredInstance& instance, bool with_offset) {
   const NKVXHMZ20::TCIMValue* value = instance.Find("MessageTimestamp");
   const bool is_time =
       value != nullptr && value->GetType().GetCode() == NKVXHMZ20::TCIMValue::kDateTime;
   const std::string text = is_time ? value->ToString() : "";
-  if (text.size() != 25 || text.starts_with("000000")) return "(no time)";
+  if (text.size() != 25 || text.starts_with("000000")) return {"(no time)", std::nullopt};
   std::string time = text.substr(0, 4) + "-" + text.substr(4, 2) + "-" + text.substr(6, 2) + " " +
                      text.substr(8, 2) + ":" + text.substr(10, 2) + ":" + text.substr(12, 2);
   if (with_offset) {
@@ -38,7 +37,7 @@ std::string ReadableTime(const StoredInstance& instance, bool with_offset) {
     std::snprintf(offset, sizeof offset, " %c%02d%02d", text[21], minutes / 60, minutes % 60);
     time += offset;
   }
-  return time;
+  return {time, ToInstant(value->GetDateTime())};
 }
 
 }  // namespace
@@ -59,22 +58,23 @@ EventWords ReadEventWords(const StoredInstance& instance, const char* property) 
 }
 
 void AddDddEvent(const StoredInstance& instance, Controller& controller) {
-  ++controller.ddd_count;
-  const std::string place =
-      PlaceText(PropertyText(instance, "Channel"), PropertyText(instance, "ID"));
-  KeepLast(controller.last_ddd, ReadableTime(instance, false) + "  " + place + "  reason " +
-                                    PropertyText(instance, "Reason") + "  " +
-                                    PropertyText(instance, "Descrip"));
+  ++controller.defunct_log.count;
+  KeepLast(
+      controller.defunct_log.last,
+      {ReadTime(instance, false).text,
+       Place(PropertyText(instance, "Channel"), PropertyText(instance, "ID")),
+       MakeText(PropertyText(instance, "Reason")), MakeText(PropertyText(instance, "Descrip"))});
 }
 
 void AddManagerEvent(const StoredInstance& instance, Machine& machine) {
-  ManagerEvent event = {ReadableTime(instance, true), PropertyText(instance, "Severity"),
-                        PropertyText(instance, "MachineName"), PropertyText(instance, "Message")};
+  ManagerEvent event = {ReadTime(instance, true), MakeText(PropertyText(instance, "Severity")),
+                        MakeText(PropertyText(instance, "MachineName")),
+                        MakeText(PropertyText(instance, "Message"))};
   // What the plug-in makes up when it opens the log and at its end, and the rest of a long line.
   if (event.message == Readable(kManagerLogOpened) || event.message == Readable(kManagerLogEnded) ||
-      (event.severity + event.machine + event.message).empty()) {
+      !(event.severity || event.machine || event.message)) {
     return;
   }
-  ++machine.manager_event_count;
-  KeepLast(machine.last_manager_events, std::move(event));
+  ++machine.manager_log.count;
+  KeepLast(machine.manager_log.last, std::move(event));
 }

@@ -96,6 +96,7 @@ struct Operation {
   Text status;
   std::optional<Number> logical_drive;
   Flag is_active;
+  Severity judgement = Severity::kFine;
   std::optional<Number> stripes;
   std::optional<Number> stripes_left;
 
@@ -112,6 +113,7 @@ struct DriveCounts {
   std::size_t offline = 0;
   std::size_t critical = 0;
 };
+std::optional<DriveCounts> MakeDriveCounts(std::string text);
 
 /// A row of the log of defunct drives. The controller's clock knows no zone.
 struct DefunctEvent {
@@ -154,6 +156,9 @@ struct UnlistedDrive {
   std::optional<Number> number;
   std::vector<Number> bad_stripes;
 };
+/// "17 bad stripes"; "7, 2 bad stripes" where there are several counts, "" where none is above 0.
+std::string DescribeBadStripes(const std::vector<Number>& counts);
+
 struct UnlistedDevice {
   Place place;
   ErrorCounters counters;

@@ -16,7 +16,8 @@ class Place {
   Place() = default;
   /// Of two texts; "" for what is not known.
   Place(std::string_view channel, std::string_view device);
-  /// Of "1,0", as in the stripe orders. Any other text is a place, too, and the same as itself only.
+  /// Of "1,0", as in the stripe orders. Any other text is a place, too, and the same as itself
+  /// only.
   explicit Place(std::string_view text);
 
   std::optional<std::uint32_t> GetChannel() const { return channel_; }

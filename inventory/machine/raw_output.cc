@@ -97,21 +97,21 @@ void AddRawOutputs(const std::vector<RawOutput>& outputs, const Report& report, 
     if (tool != parsed.tool) offset = static_cast<int>(next);
     tool = parsed.tool;
     if (!parsed.is_found || next >= machine.controllers.size() ||
-        machine.controllers[next].number != std::to_string(parsed.number + offset)) {
+        machine.controllers[next].NumberText() != std::to_string(parsed.number + offset)) {
       continue;
     }
     Controller& controller = machine.controllers[next++];
-    controller.tool = parsed.tool + " " + std::to_string(parsed.number);
-    controller.battery_status.clear();
+    controller.tool = ToolNumber{parsed.tool, parsed.number};
+    controller.battery.state.text.reset();
     published[{parsed.tool, parsed.number}] = &controller;
   }
   for (const RawOutput& output : outputs) {
     if (!output.has_controller) continue;
     const auto controller = published.find({output.tool, output.number});
     if (controller != published.end()) {
-      controller->second->battery_status = output.battery_status;
+      controller->second->battery.state.text = MakeText(output.battery_status);
     } else {
-      machine.unpublished.push_back(output.tool + " " + std::to_string(output.number));
+      machine.unpublished.push_back({output.tool, output.number});
     }
   }
 }

@@ -8,25 +8,14 @@
 #include "inventory/base/readable.h"
 #include "inventory/machine/drive_groups.h"
 #include "inventory/machine/error_counts.h"
+#include "inventory/machine/health.h"
 #include "inventory/machine/last_events.h"
-#include "inventory/machine/place.h"
 #include "inventory/machine/property_text.h"
 #include "inventory/machine/raw_output.h"
 
 namespace {
 
 using standin::StoredInstance;
-
-bool IsDigits(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-/// "34715/71096320", megabytes and sectors, or "34715" as "34715 MB"; others say their unit.
-std::string WithUnit(std::string size) {
-  const auto slash = size.find('/');
-  if (IsDigits(size.substr(0, slash))) size.replace(std::min(slash, size.size()), size.npos, " MB");
-  return size;
-}
 
 class MachineReader {
  public:
@@ -36,7 +25,7 @@ class MachineReader {
   /// What is known of a controller before all instances are read.
   struct Draft {
     bool has_controller = false;  // its own instance, besides those of its parts
-    std::vector<DriveArray> arrays;
+    std::vector<PublishedArray> arrays;
     std::vector<DriveLocation> locations;  // one for each logical drive
     ErrorCounts errors;
   };
@@ -61,9 +50,9 @@ class MachineReader {
   void ReadController(const StoredInstance& instance);
   void ReadLogicalDisk(const StoredInstance& instance);
   void ReadDiskGroup(const StoredInstance& instance) {
-    DraftOf(instance).arrays.push_back(MakeDriveArray(PropertyText(instance, "CollectionID"),
-                                                      PropertyText(instance, "Array"),
-                                                      PropertyText(instance, "StripeOrder")));
+    DraftOf(instance).arrays.push_back(MakePublishedArray(PropertyText(instance, "CollectionID"),
+                                                          PropertyText(instance, "Array"),
+                                                          PropertyText(instance, "StripeOrder")));
   }
   void ReadDiskDrive(const StoredInstance& instance);
   void ReadBadStripes(const StoredInstance& instance) {
@@ -73,19 +62,19 @@ class MachineReader {
     DraftOf(instance).errors.ReadCounters(instance);
   }
   void ReadSoftEvents(const StoredInstance& instance) {
-    ControllerOf(instance).soft = ReadEventWords(instance, "HexSoftEvent");
+    ControllerOf(instance).soft_log = ReadEventWords(instance, "HexSoftEvent");
   }
   void ReadHardEvents(const StoredInstance& instance) {
-    ControllerOf(instance).hard = ReadEventWords(instance, "HexHardEvent");
+    ControllerOf(instance).hard_log = ReadEventWords(instance, "HexHardEvent");
   }
   void ReadDddEvent(const StoredInstance& instance) {
     AddDddEvent(instance, machine_.controllers[IndexOf(PropertyText(instance, "Controller"))]);
   }
   void ReadManagerEvent(const StoredInstance& instance) { AddManagerEvent(instance, machine_); }
-  template <std::string Controller::*kField>
+  template <Version Controller::*kField>
   void ReadVersion(const StoredInstance& instance) {
-    machine_.controllers[IndexOf(PropertyText(instance, "SoftwareElementID"))].*kField =
-        PropertyText(instance, "Version");
+    machine_.controllers[IndexOf(PropertyText(instance, "SoftwareElementID"))].*
+        kField = {MakeText(PropertyText(instance, "Version"))};
   }
 
   Machine machine_;
@@ -124,11 +113,12 @@ Machine MachineReader::Read(const Report& report) {
   }
   for (std::size_t i = 0; i < drafts_.size(); ++i) {
     Controller& controller = machine_.controllers[i];
-    DevicesByPlace devices = IndexDevices(controller.devices);
+    const DevicesByPlace devices = IndexDevices(controller.devices);
     drafts_[i].errors.MoveTo(controller, devices);
-    GroupDrives(drafts_[i].arrays, drafts_[i].locations, std::move(devices), controller);
+    GroupDrives(drafts_[i].arrays, drafts_[i].locations, devices, controller);
   }
   AddRawOutputs(outputs_, report, machine_);
+  Judge(machine_);
   return std::move(machine_);
 }
 
@@ -136,36 +126,49 @@ Machine MachineReader::Read(const Report& report) {
 std::size_t MachineReader::IndexOf(const std::string& number) {
   const auto [found, is_new] = indices_.emplace(number, machine_.controllers.size());
   if (is_new) {
-    machine_.controllers.emplace_back().number = number;
+    machine_.controllers.emplace_back().number = MakeNumber(number);
     drafts_.emplace_back();
   }
   return found->second;
 }
 
-void MachineReader::ReadController(const StoredInstance& instance) {
+void ReadControllerFields(const StoredInstance& instance, Controller& controller) {
   static constexpr FieldRow<Controller> kRows[] = {
       {"ControllerName", &Controller::name},
       {"ControllerType", &Controller::type},
-      {"ControllerStatus", &Controller::status},
+      {"ControllerStatus", &Controller::state},
       {"DeviceDriverVersion", &Controller::driver},
       {"SerialNum", &Controller::serial_number},
       {"ControllerSlotInfo", &Controller::slot},
-      {"ControllerBatteryStatus", &Controller::battery_status},
-      {"ControllerBatteryOverTemp", &Controller::battery_over_temperature},
-      {"ControllerBatteryCapacity", &Controller::battery_capacity},
-      {"Current_MostRecentOperation", &Controller::operation},
-      {"Logical_Drive", &Controller::operation_drive},
-      {"BackgroundOperationActive", &Controller::operation_active},
-      {"LastCmdStatus", &Controller::operation_status},
-      {"NumberOfRemainingStripes", &Controller::stripes_left},
-      {"LogicalDriveSizeInStripes", &Controller::stripes},
+      {"ControllerFRU", &Controller::fru},
+      {"PartNum", &Controller::part_number},
       {"DefunctDiskDriveCnt", &Controller::defunct_drives},
-      {"LogicalDriveStatusCnt", &Controller::drive_counts},
   };
+  static constexpr FieldRow<Battery> kBatteryRows[] = {
+      {"ControllerBatteryStatus", &Battery::state},
+      {"ControllerBatteryOverTemp", &Battery::over_temperature},
+      {"ControllerBatteryCapacity", &Battery::capacity},
+      {"BatteryTimeRemaining", &Battery::time_remaining},
+  };
+  static constexpr FieldRow<Operation> kOperationRows[] = {
+      {"Current_MostRecentOperation", &Operation::name},
+      {"Logical_Drive", &Operation::logical_drive},
+      {"BackgroundOperationActive", &Operation::is_active},
+      {"LastCmdStatus", &Operation::status},
+      {"NumberOfRemainingStripes", &Operation::stripes_left},
+      {"LogicalDriveSizeInStripes", &Operation::stripes},
+  };
+  ReadFields(instance, kRows, controller);
+  ReadFields(instance, kBatteryRows, controller.battery);
+  ReadFields(instance, kOperationRows, controller.operation);
+  controller.drive_counts = MakeDriveCounts(PropertyText(instance, "LogicalDriveStatusCnt"));
+}
+
+void MachineReader::ReadController(const StoredInstance& instance) {
   const std::size_t index = IndexOf(instance);
   if (!drafts_[index].has_controller) {
     drafts_[index].has_controller = true;
-    ReadFields(instance, kRows, machine_.controllers[index]);
+    ReadControllerFields(instance, machine_.controllers[index]);
     return;
   }
   // Where a tool's first controller is not published, another one may get the number of its second.
@@ -173,7 +176,7 @@ void MachineReader::ReadController(const StoredInstance& instance) {
   drafts_.emplace_back();
   second.number = machine_.controllers[index].number;
   second.shares_number = true;
-  ReadFields(instance, kRows, second);
+  ReadControllerFields(instance, second);
 }
 
 void MachineReader::ReadLogicalDisk(const StoredInstance& instance) {
@@ -184,44 +187,45 @@ void MachineReader::ReadLogicalDisk(const StoredInstance& instance) {
       {"Size", &LogicalDrive::size},
       {"RaidLevel", &LogicalDrive::raid_level},
       {"AccessBlocked", &LogicalDrive::access_blocked},
+      {"WriteCacheStatus", &LogicalDrive::write_cache},
+      {"StripeUnitSize", &LogicalDrive::stripe_unit},
   };
   const std::size_t index = IndexOf(instance);
-  LogicalDrive& drive = machine_.controllers[index].logical_drives.emplace_back();
-  ReadFields(instance, kRows, drive);
-  drive.size = WithUnit(drive.size);
-  if (IsDigits(drive.raid_level)) drive.raid_level.insert(0, "RAID ");
+  ReadFields(instance, kRows, machine_.controllers[index].logical_drives.emplace_back());
   drafts_[index].locations.push_back(
       {PropertyText(instance, "PartOfArray"), PropertyText(instance, "DriveList")});
 }
 
 void MachineReader::ReadDiskDrive(const StoredInstance& instance) {
   static constexpr FieldRow<Device> kRows[] = {
-      {"ReportedChannel", &Device::place},
       {"DeviceType", &Device::type},
       {"State", &Device::state},
       {"Size", &Device::size},
       {"PFA", &Device::predicts_failure},
       {"Firmware", &Device::firmware},
       {"DeviceSerialNum", &Device::serial_number},
+      {"WorldWideName", &Device::world_wide_name},
       {"DeviceCode", &Device::model},
+      {"FRU", &Device::fru},
+      {"Enclosure", &Device::enclosure},
+      {"TransferSpeed", &Device::transfer_speed},
+      {"WriteCache", &Device::write_cache},
   };
   Device& device = ControllerOf(instance).devices.emplace_back();
   ReadFields(instance, kRows, device);
-  if (device.place.empty()) {
-    device.place = PlaceText(PropertyText(instance, "Channel"), PropertyText(instance, "ScsiId"));
+  const std::string place = PropertyText(instance, "ReportedChannel");
+  device.place = place.empty()
+                     ? Place(PropertyText(instance, "Channel"), PropertyText(instance, "ScsiId"))
+                     : Place(place);
+  if (!device.model) {
+    device.model = MakeText(
+        Readable(PropertyText(instance, "Vendor") + " " + PropertyText(instance, "Model")));
   }
-  device.has_size = !device.size.empty();
-  device.size = WithUnit(device.size);
-  if (device.size == "0 MB") device.size.clear();
-  if (device.model.empty()) {
-    device.model =
-        Readable(PropertyText(instance, "Vendor") + " " + PropertyText(instance, "Model"));
-  }
-  if (device.model.empty()) {
+  if (!device.model) {
     // Behind the place, the identifier holds what the device says of itself.
     const std::string id = PropertyText(instance, "DeviceID");
     if (const auto colon = id.find(':'); colon != std::string::npos) {
-      device.model = Readable(id.substr(colon + 1));
+      device.model = MakeText(Readable(id.substr(colon + 1)));
     }
   }
 }

@@ -20,62 +20,55 @@ bool HoldsOneOf(const std::string& state, Words words) {
                      [&](std::string_view word) { return text.find(word) != std::string::npos; });
 }
 
-Severity Judge(const std::string& state, Words fine) {
-  if (IsOneOf(state, fine)) return Severity::kFine;
+Severity Judge(const Text& state, Words fine) {
+  if (!state) return Severity::kWarning;
+  if (IsOneOf(*state, fine)) return Severity::kFine;
   const bool is_lost =
-      HoldsOneOf(state, {"defunct", "fail", "missing", "offline", "dead", "critical", "degraded",
-                         "bad", "lost", "removed", "absent", "not present", "unavailable",
-                         "no response", "not respond", "no longer"});
+      HoldsOneOf(*state, {"defunct", "fail", "missing", "offline", "dead", "critical", "degraded",
+                          "bad", "lost", "removed", "absent", "not present", "unavailable",
+                          "no response", "not respond", "no longer"});
   return is_lost ? Severity::kCritical : Severity::kWarning;
 }
 
-/// Of what may be missing: "" is fine, and nothing is critical.
-Severity JudgeOptional(const std::string& state, Words fine) {
-  return state.empty() || IsOneOf(state, fine) ? Severity::kFine : Severity::kWarning;
+/// Of what may be missing: none is fine, and nothing is critical.
+Severity JudgeOptional(const Text& state, Words fine) {
+  return !state || IsOneOf(*state, fine) ? Severity::kFine : Severity::kWarning;
 }
 
 }  // namespace
 
-Severity JudgeDevice(const std::string& state) {
+Severity JudgeDevice(const Text& state) {
   return Judge(state,
                {"online", "online (onl)", "ready", "ready (rdy)", "hot spare", "hot spare (hsp)",
                 "global hot spare", "dedicated hot spare", "standby hot spare"});
 }
 
-Severity JudgeLogicalDrive(const std::string& state) {
+Severity JudgeLogicalDrive(const Text& state) {
   return Judge(state, {"okay", "okay (oky)", "optimal"});
 }
 
-Severity JudgeController(const std::string& status) {
-  return status.empty() ? Severity::kFine : JudgeLogicalDrive(status);
+Severity JudgeController(const Text& state) {
+  return state ? JudgeLogicalDrive(state) : Severity::kFine;
 }
 
-Severity JudgeBattery(const std::string& status) {
-  return JudgeOptional(status, {"okay", "optimal", "charging", "not installed", "not present"});
+Severity JudgeBattery(const Text& state) {
+  return JudgeOptional(state, {"okay", "optimal", "charging", "not installed", "not present"});
 }
 
-Severity JudgeFlag(const std::string& flag) { return JudgeOptional(flag, {"no"}); }
+Severity JudgeFlag(const Flag& flag) { return JudgeOptional(flag.text, {"no"}); }
 
-Severity JudgeOperation(const Controller& controller) {
-  if (IsRebuilding(controller)) return Severity::kWarning;
-  const bool is_none = controller.DescribeOperation().empty();
+Severity JudgeOperation(const Operation& operation) {
+  if (IsRebuilding(operation)) return Severity::kWarning;
   const bool is_fine =
-      is_none || IsOneOf(controller.operation_status, {"successful", "in progress"});
+      !operation.IsReported() ||
+      (operation.status && IsOneOf(*operation.status, {"successful", "in progress"}));
   return is_fine ? Severity::kFine : Severity::kWarning;
 }
 
-bool IsRebuild(const std::string& text) { return HoldsOneOf(text, {"rebuild", "re-build"}); }
+bool IsRebuild(const Text& text) { return text && HoldsOneOf(*text, {"rebuild", "re-build"}); }
 
-bool IsRebuilding(const Controller& controller) {
-  const bool goes_on = JudgeFlag(controller.operation_active) != Severity::kFine ||
-                       IsOneOf(controller.operation_status, {"in progress"});
-  return goes_on && IsRebuild(controller.operation);
-}
-
-bool PredictsFailure(const Device& device) {
-  return JudgeFlag(device.predicts_failure) != Severity::kFine;
-}
-
-bool IsBlocked(const LogicalDrive& drive) {
-  return JudgeFlag(drive.access_blocked) != Severity::kFine;
+bool IsRebuilding(const Operation& operation) {
+  const bool goes_on = JudgeFlag(operation.is_active) != Severity::kFine ||
+                       (operation.status && IsOneOf(*operation.status, {"in progress"}));
+  return goes_on && IsRebuild(operation.name);
 }

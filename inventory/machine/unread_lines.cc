@@ -9,7 +9,6 @@
 
 #include "inventory/base/readable.h"
 #include "inventory/machine/property_text.h"
-#include "inventory/machine/read_machine.h"
 #include "schema/published_texts.h"
 
 namespace {
@@ -99,10 +98,10 @@ UnreadLines CompareLines(const TCIMValue::Array& lines, const Values& published)
 
 }  // namespace
 
-std::vector<Problem> FindUnreadLines(const Report& report) {
+std::vector<Problem> FindUnreadLines(const Report& report, const Machine& machine) {
   std::unordered_map<std::string, std::string> numbers;  // by tool and its number
-  for (const Controller& controller : ReadMachine(report).controllers) {
-    numbers.emplace(controller.tool, controller.number);
+  for (const Controller& controller : machine.controllers) {
+    if (controller.tool) numbers.emplace(controller.tool->Describe(), controller.NumberText());
   }
   const std::unordered_map<std::string, Values> published = PublishedValues(report);
   std::vector<Problem> problems;

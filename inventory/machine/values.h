@@ -25,6 +25,9 @@ struct Number {
 };
 std::optional<Number> MakeNumber(std::string text);
 
+/// Nothing but zeros.
+bool IsZero(const Number& number);
+
 /// Digits from the first to the last character.
 bool IsDigits(std::string_view text);
 

@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "inventory/base/readable.h"
-#include "inventory/machine/health.h"
-#include "inventory/machine/read_machine.h"
 
 namespace {
 
@@ -23,7 +21,8 @@ std::string FormatLine(CheckStatus status, const std::string& text,
   return line + performance + "\n";
 }
 
-std::string FormatPerformance(const Machine& machine, const Health& health) {
+std::string FormatPerformance(const Machine& machine) {
+  const HealthCounts health = machine.CountHealth();
   const std::pair<const char*, std::size_t> values[] = {
       {"controllers", machine.controllers.size()},
       {"logical_drives", machine.CountLogicalDrives()},
@@ -57,7 +56,7 @@ std::string DescribeFindings(const CheckVerdict& verdict) {
   const std::size_t named = std::min(findings.size(), kFindingsNamed);
   for (std::size_t i = 0; i < named; ++i) {
     text += i == 0 ? ": " : "; ";
-    text += Truncated(findings[i].where + ": " + findings[i].what);
+    text += Truncated(findings[i].where + ": " + findings[i].What());
   }
   const std::size_t left = findings.size() - named;
   return left == 0 ? text : text + "; and " + std::to_string(left) + " more";
@@ -76,12 +75,10 @@ std::string Describe(const CheckVerdict& verdict, const Machine& machine) {
 
 }  // namespace
 
-CheckStatus PrintCheck(const Report& report, Sink& output) {
-  const Machine machine = ReadMachine(report);
-  const Health health = Assess(machine);
-  const CheckVerdict verdict = JudgeCheck(machine, health, report.problems);
-  output.Write(
-      FormatLine(verdict.status, Describe(verdict, machine), FormatPerformance(machine, health)));
+int PrintCheck(const ViewInput& input, const ViewOptions& /*options*/, Sink& output) {
+  const Machine& machine = input.machine;
+  const CheckVerdict verdict = JudgeCheck(machine, input.report.problems);
+  output.Write(FormatLine(verdict.status, Describe(verdict, machine), FormatPerformance(machine)));
   return verdict.status;
 }
 

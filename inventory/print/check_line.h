@@ -3,13 +3,12 @@
 
 #include <string>
 
-#include "inventory/base/report.h"
-#include "inventory/base/sink.h"
 #include "inventory/print/check_verdict.h"
+#include "inventory/print/view.h"
 
 /// Writes the one line that a monitoring system takes: the verdict, what led to it, and performance
-/// data behind a bar. Returns the verdict's status.
-CheckStatus PrintCheck(const Report& report, Sink& output);
+/// data behind a bar. Returns the verdict's status, a CheckStatus.
+int PrintCheck(const ViewInput& input, const ViewOptions& options, Sink& output);
 
 /// The line of a check that could not even begin.
 std::string UnknownCheckLine(const std::string& why);

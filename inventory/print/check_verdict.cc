@@ -1,10 +1,9 @@
 #include "inventory/print/check_verdict.h"
 
-CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
-                        const std::vector<Problem>& problems) {
+CheckVerdict JudgeCheck(const Machine& machine, const std::vector<Problem>& problems) {
   CheckVerdict verdict;
-  verdict.findings = health.findings;
-  verdict.critical = health.critical;
+  verdict.findings = machine.findings;
+  verdict.critical = machine.CountCritical();
   std::size_t blind = 0;  // problems that hide all of a controller, at least
   for (const Problem& problem : problems) {
     if (!IsLoss(problem)) continue;
@@ -12,7 +11,9 @@ CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
       verdict.unknowns.push_back(problem.what + ": " + problem.why);
       continue;
     }
-    const Finding finding = {Severity::kWarning, problem.what, problem.why};
+    Finding finding;
+    finding.where = problem.what;
+    finding.Add(ReasonCode::kUnreadable, Severity::kWarning, problem.why);
     if (!problem.is_blind) {
       verdict.findings.push_back(finding);
       continue;

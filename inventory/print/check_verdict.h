@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "inventory/base/problem.h"
-#include "inventory/machine/health.h"
 #include "inventory/machine/machine.h"
 
 /// How a check ends, as monitoring systems read the exit status of their plug-ins.
@@ -28,7 +27,6 @@ struct CheckVerdict {
 
 /// Unknown when there is no controller or the collection threw, whatever was found; and when all of
 /// a tool or of a controller was not seen, unless something critical was found.
-CheckVerdict JudgeCheck(const Machine& machine, const Health& health,
-                        const std::vector<Problem>& problems);
+CheckVerdict JudgeCheck(const Machine& machine, const std::vector<Problem>& problems);
 
 #endif  // INVENTORY_PRINT_CHECK_VERDICT_H_

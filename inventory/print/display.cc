@@ -19,18 +19,18 @@ std::string_view Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-std::size_t FindWidth(bool on_terminal) {
-  const std::string_view columns = Environment("COLUMNS");
-  std::size_t width = 0;
-  const auto read = std::from_chars(columns.data(), columns.data() + columns.size(), width);
-  if (read.ec == std::errc() && read.ptr == columns.data() + columns.size() && width > 0) {
-    return std::max(width, kNarrowest);
-  }
-  winsize size{};
-  if (on_terminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-    return std::max<std::size_t>(size.ws_col, kNarrowest);
-  }
-  return Display::kUnlimited;
+/// A number above 0 in the environment; 0 for anything else.
+std::size_t NumberIn(const char* name) {
+  const std::string_view text = Environment(name);
+  std::size_t number = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+  return read.ec == std::errc() && read.ptr == text.data() + text.size() ? number : 0;
+}
+
+/// The environment goes before what the terminal says.
+std::size_t FindExtent(const char* variable, std::size_t of_terminal) {
+  if (const std::size_t number = NumberIn(variable); number > 0) return number;
+  return of_terminal > 0 ? of_terminal : Display::kUnlimited;
 }
 
 // The locale is asked but never set: the plug-in in this process is not to notice.
@@ -47,7 +47,10 @@ bool IsUtf8Locale() {
 Display FindDisplay(Color color, bool to_file) {
   const bool on_terminal = !to_file && isatty(STDOUT_FILENO) != 0;
   Display display;
-  display.width = FindWidth(on_terminal);
+  winsize size{};
+  if (on_terminal) ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
+  display.width = std::max(FindExtent("COLUMNS", size.ws_col), kNarrowest);
+  if (on_terminal) display.height = FindExtent("LINES", size.ws_row);
   display.color = color == Color::kAlways ||
                   (color == Color::kAuto && on_terminal && Environment("NO_COLOR").empty() &&
                    !Environment("TERM").empty() && Environment("TERM") != "dumb");

@@ -16,21 +16,26 @@ Tint TintOfEvent(const std::string& severity) {
   return severity == "WRN" ? Tint::kWarning : Tint::kPlain;
 }
 
+std::string Describe(const DefunctEvent& event) {
+  return event.local_time + "  " + event.place.GetText() + "  reason " + event.reason.value_or("") +
+         "  " + event.description.value_or("");
+}
+
 }  // namespace
 
 void PrintControllerLogs(const Controller& controller, TextWriter& writer) {
-  if (controller.ddd_count + controller.soft.count + controller.hard.count == 0) return;
+  const DefunctLog& defunct = controller.defunct_log;
+  if (defunct.count + controller.soft_log.count + controller.hard_log.count == 0) return;
   writer.Line();
-  if (controller.ddd_count > 0) {
-    writer.FlowWords(
-        {{"  "}}, "    ",
-        Heading("Defunct drive log", controller.ddd_count, controller.last_ddd.size()));
-    for (const std::string& entry : controller.last_ddd) {
-      writer.FlowWords({{"    "}}, std::string(6, ' '), entry);
+  if (defunct.count > 0) {
+    writer.FlowWords({{"  "}}, "    ",
+                     Heading("Defunct drive log", defunct.count, defunct.last.size()));
+    for (const DefunctEvent& event : defunct.last) {
+      writer.FlowWords({{"    "}}, std::string(6, ' '), Describe(event));
     }
   }
-  for (const auto& [log, words] : {std::pair{"Soft event log", &controller.soft},
-                                   std::pair{"Hard event log", &controller.hard}}) {
+  for (const auto& [log, words] : {std::pair{"Soft event log", &controller.soft_log},
+                                   std::pair{"Hard event log", &controller.hard_log}}) {
     if (words->count == 0) continue;
     std::vector<Span> pieces = {{Heading(log, words->count, words->last.size())}};
     for (const std::string& word : words->last) pieces.push_back({word});
@@ -38,17 +43,15 @@ void PrintControllerLogs(const Controller& controller, TextWriter& writer) {
   }
 }
 
-void PrintManagerEvents(const Machine& machine, TextWriter& writer) {
-  if (machine.manager_event_count == 0) return;
+void PrintManagerEvents(const ManagerLog& log, TextWriter& writer) {
+  if (log.count == 0) return;
   writer.Line();
-  writer.Line(
-      {{Heading("RAID manager", machine.manager_event_count, machine.last_manager_events.size()),
-        Tint::kStrong}});
-  for (const ManagerEvent& event : machine.last_manager_events) {
-    std::vector<Span> pieces = {{event.time}};
-    if (!event.severity.empty()) pieces.push_back({event.severity, TintOfEvent(event.severity)});
-    if (!event.machine.empty()) pieces.push_back({event.machine + ":"});
-    for (Span& word : WordsOf(event.message)) pieces.push_back(std::move(word));
+  writer.Line({{Heading("RAID manager", log.count, log.last.size()), Tint::kStrong}});
+  for (const ManagerEvent& event : log.last) {
+    std::vector<Span> pieces = {{event.time.text}};
+    if (event.severity) pieces.push_back({*event.severity, TintOfEvent(*event.severity)});
+    if (event.machine) pieces.push_back({*event.machine + ":"});
+    for (Span& word : WordsOf(event.message.value_or(""))) pieces.push_back(std::move(word));
     writer.Flow({{"  "}}, "    ", pieces, " ");
   }
 }

@@ -9,6 +9,6 @@
 void PrintControllerLogs(const Controller& controller, TextWriter& writer);
 
 /// Writes the RAID manager's last events behind an empty line; nothing when there are none.
-void PrintManagerEvents(const Machine& machine, TextWriter& writer);
+void PrintManagerEvents(const ManagerLog& log, TextWriter& writer);
 
 #endif  // INVENTORY_PRINT_EVENT_LOGS_H_

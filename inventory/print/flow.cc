@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "inventory/base/readable.h"
 
@@ -32,15 +33,18 @@ std::size_t WidthOf(const std::vector<Span>& spans) {
       [](std::size_t sum, const Span& span) { return sum + ::WidthOf(span.text); });
 }
 
-/// Takes the first `width` columns off `text`.
-std::string_view TakeColumns(std::string_view& text, std::size_t width) {
+/// Takes the first `width` columns off `span`.
+Span TakeColumns(Span& span, std::size_t width) {
   std::size_t end = 0;
-  while (end < text.size()) {
-    if ((text[end] & '\xC0') != '\x80' && width-- == 0) break;
+  while (end < span.text.size()) {
+    if ((span.text[end] & '\xC0') != '\x80' && width-- == 0) break;
     ++end;
   }
-  const std::string_view taken = text.substr(0, end);
-  text.remove_prefix(end);
+  Span taken = span;
+  taken.text.resize(end);
+  span.text.erase(0, end);
+  span.tint_begin -= std::min(span.tint_begin, end);
+  if (span.tint_end != std::string::npos) span.tint_end -= std::min(span.tint_end, end);
   return taken;
 }
 
@@ -48,14 +52,21 @@ std::string_view TakeColumns(std::string_view& text, std::size_t width) {
 
 void TextWriter::Line(const std::vector<Span>& spans) {
   std::string line;
-  for (const Span& span : spans) {
-    const std::string text = display_.utf8 ? span.text : Ascii(span.text);
-    const bool is_tinted = display_.color && span.tint != Tint::kPlain && !text.empty();
-    if (is_tinted) line += kTintCodes[static_cast<std::size_t>(span.tint)];
-    line += text;
+  const auto add = [this, &line](const std::string& text, Tint tint) {
+    const bool is_tinted = display_.color && tint != Tint::kPlain && !text.empty();
+    if (is_tinted) line += kTintCodes[static_cast<std::size_t>(tint)];
+    line += display_.utf8 ? text : Ascii(text);
     if (is_tinted) line += kPlainCode;
+  };
+  for (const Span& span : spans) {
+    const std::size_t end = std::min(span.tint_end, span.text.size());
+    const std::size_t begin = std::min(span.tint_begin, end);
+    add(span.text.substr(0, begin), Tint::kPlain);
+    add(span.text.substr(begin, end - begin), span.tint);
+    add(span.text.substr(end), Tint::kPlain);
   }
   line.erase(line.find_last_not_of(' ') + 1);
+  ++line_count_;
   output_.Write(line + "\n");
 }
 
@@ -72,9 +83,8 @@ void TextWriter::Flow(const std::vector<Span>& start, const std::string& indent,
     width = indent_width;
     is_begun = false;
   };
-  for (const Span& piece : pieces) {
-    std::string_view text = piece.text;
-    std::size_t text_width = ::WidthOf(text);
+  for (Span piece : pieces) {
+    std::size_t text_width = ::WidthOf(piece.text);
     const auto is_too_wide = [&] {
       const std::size_t needed = text_width + (is_begun ? gap.size() : 0);
       return width >= display_.width || needed > display_.width - width;
@@ -89,13 +99,13 @@ void TextWriter::Flow(const std::vector<Span>& start, const std::string& indent,
       }
       const std::size_t taken = std::max(kNarrowestPiece, left);
       if (taken >= text_width) break;
-      line.push_back({std::string(TakeColumns(text, taken)), piece.tint});
+      line.push_back(TakeColumns(piece, taken));
       text_width -= taken;
       end_line();
     }
     if (is_begun) line.push_back({std::string(gap)});
     width += text_width + (is_begun ? gap.size() : 0);
-    line.push_back({std::string(text), piece.tint});
+    line.push_back(std::move(piece));
     is_begun = true;
   }
   Line(line);

@@ -11,10 +11,12 @@
 
 enum class Tint { kPlain, kStrong, kFaint, kGood, kWarning, kCritical };
 
-/// A piece of text and its colour.
+/// A piece of text and its colour, which only a part of it may have.
 struct Span {
   std::string text;
   Tint tint = Tint::kPlain;
+  std::size_t tint_begin = 0;
+  std::size_t tint_end = std::string::npos;
 };
 
 /// Writes lines of Readable text within a display's width, in its colours and characters: what is
@@ -37,10 +39,13 @@ class TextWriter {
                  Tint tint = Tint::kPlain);
 
   const Display& GetDisplay() const { return display_; }
+  /// How many there are so far.
+  std::size_t GetLineCount() const { return line_count_; }
 
  private:
   Display display_;
   Sink& output_;
+  std::size_t line_count_ = 0;
 };
 
 /// The words of a text, separated by single blanks, as pieces to flow.

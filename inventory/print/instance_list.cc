@@ -41,8 +41,9 @@ void PrintInstance(const standin::StoredInstance& instance, TextWriter& writer) 
 
 }  // namespace
 
-void PrintInstances(const Report& report, const Display& display, Sink& output) {
-  TextWriter writer(display, output);
+int PrintInstances(const ViewInput& input, const ViewOptions& options, Sink& output) {
+  const Report& report = input.report;
+  TextWriter writer(options.display, output);
   const auto& committed = report.repository.GetCommitted();
   for (const auto& instance : committed) {
     if (&instance != &committed.front()) writer.Line();
@@ -53,4 +54,5 @@ void PrintInstances(const Report& report, const Display& display, Sink& output) 
     writer.FlowWords({{"Not collected: ", Tint::kWarning}}, "  ",
                      Readable(problem.what + ": " + problem.why));
   }
+  return report.exit_status;
 }

@@ -174,7 +174,8 @@ std::vector<const RunRecord*> ShownRuns(const Report& report, RunsShown shown) {
 
 }  // namespace
 
-void PrintJson(const Report& report, RunsShown runs, Sink& output) {
+int PrintJson(const ViewInput& input, const ViewOptions& options, Sink& output) {
+  const Report& report = input.report;
   JsonWriter writer(output);
   writer.Object({{"format_version", [&] { output.Write("[1, 1]"); }},
                  {"generator",
@@ -193,7 +194,7 @@ void PrintJson(const Report& report, RunsShown runs, Sink& output) {
                   }},
                  {"runs",
                   [&] {
-                    writer.List('[', ']', ShownRuns(report, runs),
+                    writer.List('[', ']', ShownRuns(report, options.runs),
                                 [&](const RunRecord* run) { writer.Run(*run); });
                   }},
                  {"instances", [&] {
@@ -201,4 +202,5 @@ void PrintJson(const Report& report, RunsShown runs, Sink& output) {
                                 [&](const auto& instance) { writer.Instance(*instance); });
                   }}});
   output.Write("\n");
+  return report.exit_status;
 }

@@ -159,4 +159,7 @@ class MofPrinter {
 
 }  // namespace
 
-void PrintMof(const Report& report, Sink& output) { MofPrinter(report, output).Print(); }
+int PrintMof(const ViewInput& input, const ViewOptions& /*options*/, Sink& output) {
+  MofPrinter(input.report, output).Print();
+  return input.report.exit_status;
+}

@@ -1,11 +1,11 @@
 #include "inventory/print/text_report.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "inventory/base/readable.h"
-#include "inventory/machine/health.h"
-#include "inventory/machine/read_machine.h"
 #include "inventory/print/controller_tree.h"
 #include "inventory/print/event_logs.h"
 #include "inventory/print/flow.h"
@@ -13,12 +13,18 @@
 
 namespace {
 
+/// "8 need attention", in the colour of the worst.
+Span CountSpan(const Machine& machine) {
+  const std::size_t count = machine.findings.size();
+  return {std::to_string(count) + (count == 1 ? " needs attention" : " need attention"),
+          TintOf(machine.findings.front().severity)};
+}
+
 /// "nothing needs attention", in the colour of the worst that is said.
-Span AttentionSpan(const Report& report, const Machine& machine, const Health& health) {
+Span AttentionSpan(const Report& report, const Machine& machine) {
   Span span = {"nothing needs attention", Tint::kGood};
-  if (const std::size_t count = health.findings.size(); count > 0) {
-    span.text = std::to_string(count) + (count == 1 ? " needs attention" : " need attention");
-    span.tint = TintOf(health.findings.front().severity);
+  if (!machine.findings.empty()) {
+    span = CountSpan(machine);
   } else if (machine.controllers.empty()) {
     span = {"no controller was found", Tint::kWarning};
   }
@@ -30,36 +36,37 @@ Span AttentionSpan(const Report& report, const Machine& machine, const Health& h
 }
 
 void PrintSummary(const Report& report, const Machine& machine, TextWriter& writer) {
-  const Health health = Assess(machine);
   const std::string counts = Readable(report.host) + ": " + machine.DescribeCounts() + ";";
-  writer.Flow({}, "  ", {{counts, Tint::kStrong}, AttentionSpan(report, machine, health)}, " ");
-  if (!health.findings.empty()) writer.Line();
-  for (const Finding& finding : health.findings) {
+  writer.Flow({}, "  ", {{counts, Tint::kStrong}, AttentionSpan(report, machine)}, " ");
+  if (!machine.findings.empty()) writer.Line();
+  for (const Finding& finding : machine.findings) {
     const bool is_critical = finding.severity == Severity::kCritical;
     writer.FlowWords({{is_critical ? "CRITICAL  " : "WARNING   ", TintOf(finding.severity)}},
-                     std::string(12, ' '), finding.where + ": " + finding.what);
+                     std::string(12, ' '), finding.where + ": " + finding.What());
   }
 }
 
-void PrintProblems(const Report& report, const std::string& root, bool is_verbose,
-                   TextWriter& writer) {
-  std::string absent;
+void PrintProblems(const Report& report, bool is_verbose, TextWriter& writer) {
   bool is_first = true;
   for (const Problem& problem : report.problems) {
-    if (problem.kind == ProblemKind::kToolAbsent) {
-      absent.append(absent.empty() ? "" : ", ").append(problem.what);
-      continue;
-    }
-    if (!IsLoss(problem) && !is_verbose) continue;
+    if (problem.kind == ProblemKind::kToolAbsent || !(IsLoss(problem) || is_verbose)) continue;
     if (is_first) writer.Line();
     is_first = false;
     const char* title = IsLoss(problem) ? "NOT COLLECTED  " : "NOT READ  ";
     writer.FlowWords({{title, Tint::kWarning}}, std::string(12, ' '),
                      Readable(problem.what + ": " + problem.why));
   }
+}
+
+void PrintAbsentTools(const Report& report, TextWriter& writer) {
+  std::string absent;
+  for (const Problem& problem : report.problems) {
+    if (problem.kind != ProblemKind::kToolAbsent) continue;
+    absent.append(absent.empty() ? "" : ", ").append(problem.what);
+  }
   if (absent.empty()) return;
   writer.Line();
-  writer.FlowWords({}, "  ", Readable("Not installed in " + root + ": " + absent));
+  writer.FlowWords({}, "  ", Readable("Not installed in " + report.root + ": " + absent));
 }
 
 void PrintHint(const std::string& root, TextWriter& writer) {
@@ -71,34 +78,38 @@ void PrintHint(const std::string& root, TextWriter& writer) {
 }
 
 void PrintTitle(const Controller& controller, TextWriter& writer) {
-  std::string title = "Controller " + controller.number;
-  if (!controller.name.empty()) title += " \"" + controller.name + "\"";
-  std::string kind = controller.type.empty() ? "type not reported" : controller.type;
-  if (!controller.tool.empty()) kind += " (" + controller.tool + ")";
+  std::string title = "Controller " + controller.NumberText();
+  if (controller.name) title += " \"" + *controller.name + "\"";
+  std::string kind = controller.type.value_or("type not reported");
+  if (controller.tool) kind += " (" + controller.tool->Describe() + ")";
   writer.Flow({}, "  ", {{title + ":", Tint::kStrong}, {kind}}, " ");
 }
 
+/// "Charging, 91 percent"
+Text DescribeBattery(const Battery& battery) {
+  if (!battery.capacity) return battery.state.text;
+  return battery.state.text.value_or("") + ", " + *battery.capacity;
+}
+
 void PrintFacts(const Controller& controller, TextWriter& writer) {
-  std::string battery = controller.battery_status;
-  if (!controller.battery_capacity.empty()) battery += ", " + controller.battery_capacity;
   const struct {
     const char* name;
-    const std::string& value;
+    Text value;
     bool is_always_shown;
   } facts[] = {
-      {"Status: ", controller.status, true},
-      {"Firmware: ", controller.firmware, true},
-      {"BIOS: ", controller.bios, true},
-      {"Boot block: ", controller.boot_block, false},
+      {"Status: ", controller.state.text, true},
+      {"Firmware: ", controller.firmware.published, true},
+      {"BIOS: ", controller.bios.published, true},
+      {"Boot block: ", controller.boot_block.published, false},
       {"Driver: ", controller.driver, true},
-      {"Battery: ", battery, true},
+      {"Battery: ", DescribeBattery(controller.battery), true},
       {"Serial: ", controller.serial_number, false},
       {"Slot: ", controller.slot, false},
   };
   std::vector<Span> spans;
   for (const auto& fact : facts) {
-    if (!fact.value.empty()) {
-      spans.push_back({fact.name + fact.value});
+    if (fact.value) {
+      spans.push_back({fact.name + *fact.value});
     } else if (fact.is_always_shown) {
       spans.push_back({std::string(fact.name) + "not reported", Tint::kFaint});
     }
@@ -106,31 +117,44 @@ void PrintFacts(const Controller& controller, TextWriter& writer) {
   writer.Flow({{"  "}}, "  ", spans, "   ");
 }
 
-void PrintOperation(const Controller& controller, TextWriter& writer) {
-  std::string operation = controller.DescribeOperation();
-  if (operation.empty()) return;
-  if (!controller.stripes_left.empty() && controller.stripes_left != "0") {
-    operation += ", " + controller.stripes_left + " of " + controller.stripes + " stripes left";
+void PrintOperation(const Operation& operation, TextWriter& writer) {
+  std::string text = operation.Describe();
+  if (text.empty()) return;
+  if (operation.stripes_left && operation.stripes_left->text != "0") {
+    text += ", " + operation.stripes_left->text + " of " +
+            (operation.stripes ? operation.stripes->text : "") + " stripes left";
   }
-  writer.FlowWords({{"  "}}, "    ", operation);
+  writer.FlowWords({{"  "}}, "    ", text);
+}
+
+/// For whoever sees the end of a report on a terminal that its beginning has left.
+void PrintReminder(const Machine& machine, TextWriter& writer) {
+  const std::size_t height = writer.GetDisplay().height;
+  if (machine.findings.empty() || writer.GetLineCount() < height) return;
+  Span count = CountSpan(machine);
+  writer.Line();
+  writer.Flow({}, "", {std::move(count), {"see the top or --brief"}}, ", ");
 }
 
 }  // namespace
 
-void PrintText(const Report& report, const std::string& root, bool is_verbose,
-               const Display& display, Sink& output) {
-  const Machine machine = ReadMachine(report);
-  TextWriter writer(display, output);
+int PrintText(const ViewInput& input, const ViewOptions& options, Sink& output) {
+  const auto& [report, machine, comparison] = input;
+  TextWriter writer(options.display, output);
   PrintSummary(report, machine, writer);
-  PrintProblems(report, root, is_verbose, writer);
-  if (machine.controllers.empty()) PrintHint(root, writer);
+  PrintProblems(report, options.is_verbose, writer);
+  if (options.is_brief) return report.exit_status;
+  PrintAbsentTools(report, writer);
+  if (machine.controllers.empty()) PrintHint(report.root, writer);
   for (const Controller& controller : machine.controllers) {
     writer.Line();
     PrintTitle(controller, writer);
     PrintFacts(controller, writer);
-    PrintOperation(controller, writer);
+    PrintOperation(controller.operation, writer);
     PrintControllerTree(controller, writer);
     PrintControllerLogs(controller, writer);
   }
-  PrintManagerEvents(machine, writer);
+  PrintManagerEvents(machine.manager_log, writer);
+  PrintReminder(machine, writer);
+  return report.exit_status;
 }

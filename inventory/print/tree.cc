@@ -20,6 +20,15 @@ struct TreeArt {
 constexpr TreeArt kUtf8Art = {"├─ ", "└─ ", "│  ", "   "};
 constexpr TreeArt kAsciiArt = {"|- ", "`- ", "|  ", "   "};
 
+/// "SIZE 34715 MB"; the title has the colour of a cell that is coloured as a whole.
+Span WithTitle(const std::string& title, Span cell) {
+  const std::size_t length = title.size() + 1;
+  if (cell.tint_begin > 0 || cell.tint_end < cell.text.size()) cell.tint_begin += length;
+  if (cell.tint_end != std::string::npos) cell.tint_end += length;
+  cell.text.insert(0, title + " ");
+  return cell;
+}
+
 class TreeWriter {
  public:
   TreeWriter(TextWriter& writer, const std::string& indent, const std::vector<std::string>& titles)
@@ -109,7 +118,7 @@ class TreeWriter {
     for (std::size_t i = 0; i < row.cells.size(); ++i) {
       AddCell(line, i, row.cells[i]);
       if (!Fits(i, row.cells[i]) && !row.cells[i].text.empty()) {
-        below.push_back({titles_[i + 1] + " " + row.cells[i].text, row.cells[i].tint});
+        below.push_back(WithTitle(titles_[i + 1], row.cells[i]));
       }
     }
     writer_.Line(line);
