@@ -16,9 +16,10 @@
 #include "inventory/command/messages.h"
 #include "inventory/command/options.h"
 #include "inventory/command/progress_line.h"
-#include "inventory/machine/health.h"
 #include "inventory/machine/read_machine.h"
 #include "inventory/machine/unread_lines.h"
+#include "inventory/print/check_line.h"
+#include "inventory/print/mof_printer.h"
 #include "inventory/runs/run_problems.h"
 #include "inventory/runs/tool_runs.h"
 #include "standin/host_services.h"
@@ -82,8 +83,9 @@ class SampleCollection : public testing::Test {
   static std::string Tools(const Report& report) {
     const Machine machine = ReadMachine(report);
     std::string tools;
-    for (const Controller& controller : machine.controllers) tools += controller.tool + ";";
-    for (const std::string& tool : machine.unpublished) tools += "!" + tool;
+    for (const Controller& controller : machine.controllers)
+      tools += (controller.tool ? controller.tool->Describe() : "") + ";";
+    for (const ToolNumber& tool : machine.unpublished) tools += "!" + tool.Describe();
     return tools;
   }
 
@@ -133,7 +135,7 @@ TEST_F(SampleCollection, KnowsWhoseAControllerIsThoughARepeatedRunFails) {
       },
       Sharing::kOff);
   EXPECT_EQ(Tools(report), "kelvcmd 1;kelvcmd 2;arcconf 1;!hrconf 1");
-  EXPECT_EQ(ReadMachine(report).controllers.back().battery_status, "Charging");
+  EXPECT_EQ(ReadMachine(report).controllers.back().battery.state.text, "Charging");
   EXPECT_EQ(runs_, 64 + 8 + 7 + 4 + 16 + 8 + 8 + 8);
 }
 
@@ -141,12 +143,12 @@ TEST_F(SampleCollection, MissesLabelsThatHealthDependsOn) {
   outputs_["./kraid/kelvcmd getconfig 1 al"].replace(
       outputs_["./kraid/kelvcmd getconfig 1 al"].find("PFA (Yes/No)"), 12, "Pfa (yes/no)");
   const Report report = Do([](const auto&, const auto&) {});
+  const Machine machine = ReadMachine(report);
   std::string findings;
-  for (const Finding& finding : Assess(ReadMachine(report)).findings)
-    findings += finding.what + ";";
+  for (const Finding& finding : machine.findings) findings += finding.What() + ";";
   EXPECT_NE(findings.find(";no PFA is reported, unlike of other drives;"), std::string::npos)
       << findings;
-  const std::vector<Problem> unread = FindUnreadLines(report);
+  const std::vector<Problem> unread = FindUnreadLines(report, machine);
   ASSERT_EQ(unread.size(), 4U);
   // "No" stands in many a property: it is the missing label that shows.
   EXPECT_EQ(unread[0].why,
@@ -276,6 +278,13 @@ TEST(Options, RefuseWhatIsWrong) {
                                  "--bogus --check",
                                  "--check KVXSG_krDiskDrive",
                                  "--list --check",
+                                 "--brief --check",
+                                 "--brief --format json",
+                                 "--brief KVXSG_krDiskDrive",
+                                 "--controller x",
+                                 "--controller -1",
+                                 "--controller 1 --format mof",
+                                 "--controller 1 KVXSG_krDiskDrive",
                                  "--check=x"}) {
     const Parsed parsed(line);
     const bool is_check = line.find("--check") != std::string::npos;
@@ -295,7 +304,7 @@ TEST(Options, SayWhatIsAskedFor) {
   EXPECT_EQ(nothing.options->classes.size(), 28U);
   EXPECT_EQ(nothing.options->plugin, KRAID_BUILD_DIR "/lib/kraid-inventory/libkraid.pi.so");
   EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(60));
-  EXPECT_EQ(Parsed("--check").options->format, Format::kCheck);
+  EXPECT_EQ(Parsed("--check").options->view, PrintCheck);
 
   const Parsed much(
       "--root / --plugin /dev/../dev/null --format mof --color never --output /x/./y --log /z "
@@ -306,9 +315,9 @@ TEST(Options, SayWhatIsAskedFor) {
   EXPECT_EQ(options.classes, (Texts{"KVXSG_krDiskDrive", "krRAWdata", "KVXSG_krDiskDrive"}));
   EXPECT_EQ((Texts{options.root, options.plugin, options.output, options.log}),
             (Texts{"/", "/dev/null", "/x/y", "/z"}));
-  EXPECT_EQ(std::tuple(options.all_classes, options.format, options.color, options.passes,
+  EXPECT_EQ(std::tuple(options.all_classes, options.view, options.color, options.passes,
                        options.tool_timeout.count(), options.verbose),
-            std::tuple(false, Format::kMof, Color::kNever, 3, 1500, true));
+            std::tuple(false, &PrintMof, Color::kNever, 3, 1500, true));
   for (const char* line : {"--version", "--help", "--list"}) {
     EXPECT_EQ(Parsed(line).exit_status, 0);
     EXPECT_FALSE(Parsed(line).options);

@@ -19,16 +19,10 @@ using NKVXHMZ20::TCIMDateTime;
 using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
-std::string Json(const Report& report) {
-  return Printed([&](Sink& output) { PrintJson(report, RunsShown::kFailed, output); });
-}
-
-std::string Mof(const Report& report) {
-  return Printed([&](Sink& output) { PrintMof(report, output); });
-}
-
 std::string List(const Report& report, std::size_t width) {
-  return Printed([&](Sink& output) { PrintInstances(report, {width, true, true}, output); });
+  ViewOptions options;
+  options.display = {width, true, true};
+  return Print(PrintInstances, report, options);
 }
 
 /// What is expected of a document does not name the version.
@@ -107,8 +101,8 @@ TEST(InstancePrinters, WriteEveryKindOfValue) {
   standin::Repository repository;
   CommitOddValues(repository);
   const Report report{"host \"x\"\n1", 1, {{"tool\n", "why \x1b"}}, repository};
-  CompareDocument("odd_values/inventory.json", Json(report));
-  const std::string mof = Mof(report);
+  CompareDocument("odd_values/inventory.json", Print(PrintJson, report));
+  const std::string mof = Print(PrintMof, report);
   CompareDocument("odd_values/inventory.mof", mof);
   EXPECT_EQ(ReadWithSchema(mof).instances.size(), 11U);
   CompareExpected("odd_values/list_44.txt", List(report, 44));
@@ -117,14 +111,14 @@ TEST(InstancePrinters, WriteEveryKindOfValue) {
 TEST(InstancePrinters, SayThatThereIsNothing) {
   const standin::Repository repository;
   const Report report{"h", 0, {}, repository};
-  EXPECT_TRUE(
-      Json(report).ends_with("\"problems\": [],\n  \"runs\": [],\n  \"instances\": []\n}\n"));
+  EXPECT_TRUE(Print(PrintJson, report)
+                  .ends_with("\"problems\": [],\n  \"runs\": [],\n  \"instances\": []\n}\n"));
   EXPECT_EQ(List(report, 60), "No instances.\n");
 }
 
 TEST(InstancePrinters, WriteMofOfTheSampleMachineThatAStrictReaderTakes) {
   const auto repository = PublishSampleMachine();
-  std::string mof = Mof({"h", 0, {}, *repository});
+  std::string mof = Print(PrintMof, {"h", 0, {}, *repository});
   // The log stands elsewhere on each machine.
   const std::string folder = MachineFolder("sample").string();
   for (auto at = mof.find(folder); at != std::string::npos; at = mof.find(folder)) {

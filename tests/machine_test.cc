@@ -4,8 +4,8 @@
 
 #include <sstream>
 
-#include "inventory/machine/health.h"
 #include "inventory/machine/read_machine.h"
+#include "inventory/machine/selection.h"
 #include "tests/machine_files.h"
 #include "tests/print_to.h"
 
@@ -51,33 +51,58 @@ std::string Named(std::initializer_list<std::pair<const char*, std::string>> fie
   return text;
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
+std::string TextOf(const std::string& text) { return text; }
+std::string TextOf(const Place& place) { return place.GetText(); }
+std::string TextOf(const std::optional<Number>& number) { return number ? number->text : ""; }
+std::string TextOf(const DefunctEvent& event) {
+  return event.local_time + "  " + event.place.GetText() + "  reason " + event.reason.value_or("") +
+         "  " + event.description.value_or("");
+}
+std::string TextOf(const UnlistedDrive& drive) {
+  return TextOf(drive.number) + ": " + DescribeBadStripes(drive.bad_stripes);
+}
+
+template <class Value>
+std::string Joined(const std::vector<Value>& values) {
   std::string joined;
-  for (const std::string& text : texts) joined += "[" + text + "]";
+  for (const Value& value : values) joined += "[" + TextOf(value) + "]";
   return joined;
 }
 
-std::string Joined(const std::vector<std::pair<std::string, std::string>>& pairs) {
-  std::string joined;
-  for (const auto& [name, count] : pairs) {
-    joined.append("[").append(name).append(" ").append(count).append("]");
-  }
-  return joined;
+/// With the bytes that the text was understood as.
+std::string TextOf(const std::optional<Size>& size) {
+  if (!size) return "";
+  return DescribeSize(*size) + "=" + (size->bytes ? std::to_string(*size->bytes) : "?");
 }
 
-std::string Logged(std::size_t count, const std::vector<std::string>& last) {
-  return std::to_string(count) + Joined(last);
-}
-
-std::string DescribeHealth(const Machine& machine) {
-  const Health health = Assess(machine);
+/// "[hard 1][soft 2]", those above 0.
+std::string TextOf(const ErrorCounters& c) {
   std::string text;
-  for (const Finding& finding : health.findings) {
-    text += finding.severity == Severity::kCritical ? "  CRITICAL " : "  WARNING ";
-    text += finding.where + ": " + finding.what + "\n";
+  for (const auto& [name, count] : {std::pair{"hard", &c.hard},
+                                    {"soft", &c.soft},
+                                    {"parity", &c.parity},
+                                    {"PFA", &c.predicted_failures},
+                                    {"misc", &c.misc}}) {
+    if (!*count || IsZero(**count)) continue;
+    text.append("[").append(name).append(" ").append((*count)->text).append("]");
   }
+  return text;
+}
+
+/// "reason code: text" for each reason.
+std::string DescribeHealth(const Machine& machine) {
+  std::string text;
+  for (const Finding& finding : machine.findings) {
+    text += finding.severity == Severity::kCritical ? "  CRITICAL " : "  WARNING ";
+    text += finding.where + ":";
+    for (const Reason& reason : finding.reasons) {
+      text += std::string(" ") + NameOf(reason.code) + "(" + reason.text + ")";
+    }
+    text += "\n";
+  }
+  const HealthCounts health = machine.CountHealth();
   return text + "  =>" +
-         Named({{"critical", std::to_string(health.critical)},
+         Named({{"critical", std::to_string(machine.CountCritical())},
                 {"failed", std::to_string(health.failed_devices)},
                 {"degraded", std::to_string(health.degraded_drives)},
                 {"predicted", std::to_string(health.predicted_failures)},
@@ -86,48 +111,65 @@ std::string DescribeHealth(const Machine& machine) {
          "\n";
 }
 
-std::string Describe(const Device& d) {
-  const std::string counters = Joined(d.counters);
-  return "device " + d.place +
-         Named({{"size", d.size}, {"model", d.model}, {"counters", counters}}) + "\n";
+std::string Describe(const Controller& c, const Device& d) {
+  std::string counters;
+  for (const ErrorCounters& row : d.counters) counters += TextOf(row);
+  std::string arrays;
+  for (const std::size_t i : d.arrays) arrays += "[" + c.arrays[i].Name() + "]";
+  return "device " + d.place.GetText() +
+         Named({{"size", TextOf(d.size)},
+                {"model", d.model.value_or("")},
+                {"counters", counters},
+                {"arrays", arrays}}) +
+         "\n";
 }
 
 std::string Describe(const Controller& c) {
-  std::string text = "  controller" +
-                     Named({{"number", c.number},
-                            {"type", c.type},
-                            {"tool", c.tool},
-                            {"shares_number", c.shares_number ? "yes" : ""},
-                            {"battery", c.battery_status},
-                            {"firmware", c.firmware},
-                            {"stray_bad_stripes", Joined(c.stray_bad_stripes)},
-                            {"ddd", Logged(c.ddd_count, c.last_ddd)},
-                            {"soft", Logged(c.soft.count, c.soft.last)},
-                            {"hard", Logged(c.hard.count, c.hard.last)}}) +
-                     "\n";
-  for (const DriveGroup& group : c.groups) {
-    const std::string absent = Joined(group.absent_places);
-    const std::string shared = Joined(group.shared_places);
-    text += "    group" + Named({{"array", group.array}, {"absent", absent}, {"shared", shared}});
-    for (const std::size_t i : group.logical_drives) {
+  std::string text =
+      "  controller" +
+      Named({{"number", c.NumberText()},
+             {"type", c.type.value_or("")},
+             {"tool", c.tool ? c.tool->Describe() : ""},
+             {"shares_number", c.shares_number ? "yes" : ""},
+             {"battery", c.battery.state.text.value_or("")},
+             {"firmware", c.firmware.published.value_or("")},
+             {"unlisted_drives", Joined(c.unlisted_drives)},
+             {"ddd", std::to_string(c.defunct_log.count) + Joined(c.defunct_log.last)},
+             {"soft", std::to_string(c.soft_log.count) + Joined(c.soft_log.last)},
+             {"hard", std::to_string(c.hard_log.count) + Joined(c.hard_log.last)}}) +
+      "\n";
+  for (const DriveArray& array : c.arrays) {
+    text += "    array" + Named({{"name", array.Name()},
+                                 {"absent", Joined(array.absent_places)},
+                                 {"shared", Joined(array.shared_places)}});
+    for (const std::size_t i : array.logical_drives) {
       const LogicalDrive& d = c.logical_drives[i];
-      text += "\n      drive " + d.number;
-      text += Named({{"size", d.size}, {"raid", d.raid_level}, {"bad_stripes", d.bad_stripes}});
+      EXPECT_EQ(&c.arrays[d.array], &array);
+      text += "\n      drive " + TextOf(d.number);
+      text += Named({{"size", TextOf(d.size)},
+                     {"raid", d.raid_level.value_or("")},
+                     {"stripes", DescribeBadStripes(d.bad_stripes)}});
     }
     text += "\n";
-    for (const std::size_t i : group.devices) text += "      " + Describe(c.devices[i]);
+    for (const std::size_t i : array.shown_devices) text += "      " + Describe(c, c.devices[i]);
   }
-  for (const Device& stray : c.stray_counters) text += "    stray " + Describe(stray);
+  for (const std::size_t i : c.unplaced_devices) text += "    " + Describe(c, c.devices[i]);
+  for (const UnlistedDevice& d : c.unlisted_devices) {
+    text += "    unlisted " + d.place.GetText() + TextOf(d.counters) + "\n";
+  }
   return text;
 }
 
 std::string DescribeMachine(const Machine& machine) {
   std::string text;
   for (const Controller& controller : machine.controllers) text += Describe(controller);
-  for (const std::string& tool : machine.unpublished) text += "  unpublished " + tool + "\n";
-  text += "  =>" + Named({{"events", std::to_string(machine.manager_event_count)}}) + "\n";
-  for (const ManagerEvent& e : machine.last_manager_events) {
-    text += "    " + e.time + "|" + e.severity + "|" + e.machine + "|" + e.message + "\n";
+  for (const ToolNumber& tool : machine.unpublished)
+    text += "  unpublished " + tool.Describe() + "\n";
+  text += "  =>" + Named({{"events", std::to_string(machine.manager_log.count)}}) + "\n";
+  for (const ManagerEvent& e : machine.manager_log.last) {
+    text += "    " + e.time.text + "|" + (e.time.instant ? Rfc3339(*e.time.instant) : "") + "|" +
+            e.severity.value_or("") + "|" + e.machine.value_or("") + "|" + e.message.value_or("") +
+            "\n";
   }
   return text;
 }
@@ -157,6 +199,61 @@ void CheckCases(const std::string& file, std::string (*describe)(const Machine&)
 }
 
 TEST(Health, TellsWhatNeedsAttention) { CheckCases("health.txt", DescribeHealth); }
+
+TEST(Place, OrdersAndPrints) {
+  const char* const ordered[] = {"?,?", "?,1", "0,?", "0,9", "0,10", "1,x", "1,0", "10,0"};
+  EXPECT_EQ(Place().GetText(), ordered[0]);
+  for (std::size_t i = 1; i < std::size(ordered); ++i) {
+    EXPECT_EQ(Place(ordered[i]).GetText(), ordered[i]);
+    EXPECT_LT(Place(ordered[i - 1]), Place(ordered[i])) << ordered[i];
+  }
+  EXPECT_EQ(Place("01", "002"), Place("1,2"));
+  EXPECT_EQ(Place("odd").GetText(), "odd");
+}
+
+TEST(Size, IsReadInAllItsForms) {
+  const std::pair<const char*, std::optional<std::uint64_t>> cases[] = {
+      {"34715/71096320", 36401315840},  // 71096320 sectors
+      {"34716/71096321", 36401316352},  // rounded up
+      {"34715/71096321", 36401316352},
+      {"34714/71096320", std::nullopt},
+      {"1/x", std::nullopt},
+      {"140000", 146800640000},
+      {"70006 MB", 73406611456},
+      {"1.5 TB", 1649267441664},
+      {"2 gb", 2147483648},
+      {"0", 0},
+      {"70006 blocks", std::nullopt},
+      {"99999999999999 TB", std::nullopt},
+      {"nan MB", std::nullopt},
+      {"-1 MB", std::nullopt},
+  };
+  for (const auto& [text, bytes] : cases) EXPECT_EQ(MakeSize(text)->bytes, bytes) << text;
+}
+
+TEST(SelectControllers, LeavesTheirPartsAndWhatConcernsThem) {
+  standin::Repository repository;
+  for (const char* number : {"1", "2", "3"}) {
+    CommitLine(repository, std::string("KVXSG_krDiskDrive;ControllerNum=") + number +
+                               ";ReportedChannel=1,0;State=Defunct");
+  }
+  Machine machine = ReadMachine({"host", 0, {}, repository});
+  for (Controller& c : machine.controllers) c.tool = {"t", static_cast<int>(*c.number->value)};
+  EXPECT_EQ(SelectControllers({3, 9, 2, 8}, machine), "no controller has the number 9, 8");
+  EXPECT_EQ(DescribeHealth(machine),
+            "  CRITICAL controller 2, device 1,0: device_failed(Defunct)\n"
+            "  CRITICAL controller 3, device 1,0: device_failed(Defunct)\n"
+            "  => critical=2 failed=2\n");
+  EXPECT_EQ(machine.findings[1].subject.controller, 1U);
+  std::vector<Problem> problems = {{"a", "", ProblemKind::kRunFailed, "t", "", 1},
+                                   {"b", "", ProblemKind::kRunFailed, "t", "", 2},
+                                   {"c", "", ProblemKind::kRunFailed, "t", "", 1, 0, true},
+                                   {"d", "", ProblemKind::kToolRefused, "u"}};
+  SelectProblems(machine, problems);
+  std::string left;
+  for (const Problem& problem : problems) left += problem.what;
+  EXPECT_EQ(left, "bcd");
+}
 
 TEST(ReadMachine, PutsTheInstancesTogether) { CheckCases("reading.txt", DescribeMachine); }
 

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "inventory/base/sink.h"
+#include "inventory/machine/read_machine.h"
+#include "inventory/print/view.h"
 #include "standin/repository.h"
 
 /// Keeps what is written.
@@ -22,6 +24,11 @@ std::string Printed(const Print& print) {
   StringSink sink;
   print(sink);
   return std::move(sink.text);
+}
+
+/// What a view writes of a report and its machine.
+inline std::string Print(PrintView view, const Report& report, const ViewOptions& options = {}) {
+  return Printed([&](Sink& output) { view({report, ReadMachine(report)}, options, output); });
 }
 
 using Properties = std::vector<std::pair<std::string, NKVXHMZ20::TCIMValue>>;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "inventory/machine/read_machine.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/flow.h"
 #include "inventory/print/text_report.h"
@@ -49,13 +50,16 @@ void CommitOddMachine(standin::Repository& repository) {
   }
 }
 
-std::string Text(const Report& report, const Display& display, const char* root = "/r") {
-  return Printed([&](Sink& output) { PrintText(report, root, false, display, output); });
+std::string Text(Report report, const Display& display, const char* root = "/r",
+                 bool is_brief = false) {
+  report.root = root;
+  ViewOptions options;
+  options.display = display;
+  options.is_brief = is_brief;
+  return Print(PrintText, report, options);
 }
 
-std::string CheckLine(const Report& report) {
-  return Printed([&](Sink& output) { PrintCheck(report, output); });
-}
+std::string CheckLine(const Report& report) { return Print(PrintCheck, report); }
 
 TEST(TextReport, ShowsTheSampleMachineInAnyWidth) {
   const auto repository = PublishSampleMachine();
@@ -64,6 +68,13 @@ TEST(TextReport, ShowsTheSampleMachineInAnyWidth) {
   CompareExpected("sample/report_60.txt", Text(report, {60, false, false}));
   CompareExpected("sample/report_200.txt", Text(report, {200, true, true}));
   CompareExpected("sample/check.txt", CheckLine(report));
+  CompareExpected("sample/brief_200.txt", Text(report, {200, true, true}, "", true));
+  // A terminal of as many lines as the report has still shows its beginning while it is printed.
+  const std::string whole = Text(report, {});
+  const auto lines = static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n'));
+  EXPECT_EQ(Text(report, {Display::kUnlimited, false, false, lines + 1}), whole);
+  EXPECT_EQ(Text(report, {Display::kUnlimited, false, false, lines}),
+            whole + "\n8 need attention, see the top or --brief\n");
 }
 
 TEST(TextReport, HidesNothingOfAnOddMachine) {
@@ -122,7 +133,8 @@ TEST(Check, JudgesTheMachineAndTheCollection) {
     standin::Repository repository;
     CommitDevice(repository, c.state);
     StringSink sink;
-    EXPECT_EQ(PrintCheck({"h", 0, c.problems, repository}, sink), c.status);
+    const Report report = {"h", 0, c.problems, repository};
+    EXPECT_EQ(PrintCheck({report, ReadMachine(report)}, {}, sink), c.status);
     const std::string& line = sink.text;
     EXPECT_TRUE(line.starts_with(std::string("KRAID ") + c.start)) << line;
     EXPECT_EQ(line.find('\n'), line.size() - 1);

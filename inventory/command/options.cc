@@ -148,7 +148,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   app.add_option("--controller", options.controllers,
                  "of these controllers only: text, check, the machine in JSON; repeatable")
       ->type_name("N")
-      ->expected(1);
+      ->allow_extra_args(false)
+      ->check(CLI::PositiveNumber.description(""));
   app.add_flag("--list", list, "list the classes of the schema");
   CLI::Option* const output =
       app.add_option("--output", options.output,
