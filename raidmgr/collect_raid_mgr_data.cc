@@ -25,6 +25,12 @@ std::string_view WithoutTrailingWhiteSpace(std::string_view text) {
   return text.substr(0, text.find_last_not_of(" \t\n") + 1);
 }
 
+/// By way of the host, where it has one.
+std::FILE* OpenLog(const std::string& path) {
+  if (NKVXHMZ20::OpenHostFile != nullptr) return NKVXHMZ20::OpenHostFile(path);
+  return std::fopen(path.c_str(), "rt");
+}
+
 /// What one std::fgets reads, "" where it reads nothing. Where a text with NULs ends shows in a
 /// buffer full of newlines: the first one that is left is the line's own when a NUL follows, and
 /// stands behind the closing NUL otherwise.
@@ -61,7 +67,7 @@ bool CollectRaidMgrData::SetRaidMgrPath() {
 
 bool CollectRaidMgrData::OpenRaidMgrLog() {
   log_path_ += "KelvEvtA.log";
-  log_file_.reset(std::fopen(log_path_.c_str(), "rt"));
+  log_file_.reset(OpenLog(log_path_));
   if (log_file_ == nullptr) {
     // The path has the file's name already; that it comes twice is how this message is known.
     LogMessage(log_path_ + "KelvEvtA.log not found.");

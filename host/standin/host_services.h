@@ -1,6 +1,7 @@
 #ifndef STANDIN_HOST_SERVICES_H_
 #define STANDIN_HOST_SERVICES_H_
 
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -9,6 +10,10 @@
 #include "hmz/cim_date_time.h"
 
 namespace standin {
+
+HMZ_API bool RealFileExists(const std::string& path);
+HMZ_API std::string RealCaptureFile(const std::string& path);
+HMZ_API std::FILE* RealOpenFile(const std::string& path);
 
 /// The ways in which the stand-in host reaches the world outside: the one place to change them,
 /// for the command (limits, log, progress) and for tests (canned tools, a fixed clock and name).
@@ -20,6 +25,12 @@ struct HostServices {
   std::function<std::string()> get_machine_name;
   /// Takes each message of the core logger.
   std::function<void(int level, const std::string& text)> log;
+
+  // Files, as TOSSpecific and OpenHostFile have them.
+  std::function<bool(const std::string& path)> file_exists = RealFileExists;
+  std::function<std::string(const std::string& path)> capture_file = RealCaptureFile;
+  /// For reading; the caller closes it. Null, with errno set, when it cannot be opened.
+  std::function<std::FILE*(const std::string& path)> open_file = RealOpenFile;
 };
 
 /// The real process service, clock and name; messages are dropped.

@@ -1,8 +1,5 @@
 #include "hmz/os_specific.h"
 
-#include <filesystem>
-#include <fstream>
-
 #include "standin/host_services.h"
 
 namespace NKVXHMZ20 {
@@ -13,23 +10,17 @@ std::string TOSSpecific::SpawnProcess(const std::string& program,
 }
 
 std::string TOSSpecific::CaptureFile(const std::string& path) {
-  std::string text;
-  std::ifstream file(path, std::ios::binary);
-  std::vector<char> part(std::size_t{1} << 16);
-  // A directory, for one, can be opened, but not read: what cannot be read is no text.
-  while (file.read(part.data(), static_cast<std::streamsize>(part.size())) || file.gcount() > 0) {
-    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  return file.bad() ? "" : text;
+  return standin::Services().capture_file(path);
 }
 
 bool TOSSpecific::FileExists(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::exists(path, ignored);
+  return standin::Services().file_exists(path);
 }
 
 TCIMDateTime TOSSpecific::GetLocalTime() { return standin::Services().get_local_time(); }
 
 std::string TOSSpecific::GetMachineName() { return standin::Services().get_machine_name(); }
+
+std::FILE* OpenHostFile(const std::string& path) { return standin::Services().open_file(path); }
 
 }  // namespace NKVXHMZ20

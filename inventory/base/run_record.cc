@@ -2,6 +2,19 @@
 
 #include <charconv>
 
+namespace {
+
+constexpr std::size_t kKeptErrorBytes = std::size_t{4} << 10;
+
+std::string LastLine(std::string_view text) {
+  const auto end = text.find_last_not_of(" \t\r\n");
+  if (end == std::string_view::npos) return "";
+  text = text.substr(0, end + 1);
+  return std::string(text.substr(text.rfind('\n') + 1));
+}
+
+}  // namespace
+
 const char* NameOf(RunEnd end) {
   switch (end) {
     case RunEnd::kExited:
@@ -20,6 +33,13 @@ const char* NameOf(RunEnd end) {
       break;
   }
   return "lost";
+}
+
+std::optional<RunEnd> FindRunEnd(std::string_view name) {
+  for (int end = 0; end <= static_cast<int>(RunEnd::kLost); ++end) {
+    if (name == NameOf(static_cast<RunEnd>(end))) return static_cast<RunEnd>(end);
+  }
+  return std::nullopt;
 }
 
 std::string RunRecord::CommandLine() const {
@@ -51,4 +71,9 @@ int RunRecord::Controller() const {
 
 bool RunRecord::HasFailed() const {
   return end != RunEnd::kExited || (exit_status != 0 && output_bytes == 0);
+}
+
+void RunRecord::SetErrorOutput(const std::string& whole) {
+  last_error_line = LastLine(whole);
+  error_output = whole.substr(0, kKeptErrorBytes);
 }

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hmz/cim_date_time.h"
@@ -22,6 +24,7 @@ enum class RunEnd {
 
 /// "exited", "signalled", ...: as documents name it.
 const char* NameOf(RunEnd end);
+std::optional<RunEnd> FindRunEnd(std::string_view name);
 
 /// One run of a tool, as it was.
 struct RunRecord {
@@ -39,6 +42,11 @@ struct RunRecord {
   std::string last_error_line;   ///< The last one with something on it.
   /// Standard output, byte for byte; empty when the run failed.
   std::shared_ptr<const std::string> output = std::make_shared<std::string>();
+  bool is_tool_absent = false;  ///< Nothing was at the program's path.
+  /// For a recording: standard output also where the run failed, and standard error as far as the
+  /// host keeps it; null where none is made.
+  std::shared_ptr<const std::string> whole_output = nullptr;
+  std::shared_ptr<const std::string> whole_error_output = nullptr;
   /// Why the plug-in cannot read what it printed, for a person; "" as long as it can.
   std::string why_unreadable;
 
@@ -50,6 +58,8 @@ struct RunRecord {
   std::string Command() const;
   /// The tool's number of the controller; 0 when there is none.
   int Controller() const;
+  /// Takes the beginning and the last line of it.
+  void SetErrorOutput(const std::string& whole);
   /// Whether nothing came of it: it did not end by itself, or with a status other than 0 and
   /// nothing on standard output.
   bool HasFailed() const;

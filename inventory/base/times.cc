@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -103,6 +104,32 @@ std::optional<Instant> ParseRfc3339(std::string_view text) {
 std::string Rfc3339(const NKVXHMZ20::TCIMDateTime& time) {
   const std::optional<Instant> instant = ToInstant(time);
   return instant ? Rfc3339(*instant) : "";
+}
+
+std::string PreciseTime(const NKVXHMZ20::TCIMDateTime& time) {
+  const std::optional<Instant> instant = ToInstant(time);
+  if (!instant) return "";
+  const auto second = std::chrono::floor<std::chrono::seconds>(instant->utc);
+  char fraction[32];
+  std::snprintf(fraction, sizeof fraction, ".%06ld",
+                static_cast<long>((instant->utc - second).count()));
+  return Rfc3339(*instant).insert(std::strlen("2026-03-08T04:00:05"), fraction);
+}
+
+NKVXHMZ20::TCIMDateTime ToDateTime(const Instant& instant) {
+  const auto local = instant.utc + instant.offset;
+  const auto day = std::chrono::floor<std::chrono::days>(local);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss time(local - day);
+  const auto small = [](auto value) { return static_cast<unsigned short>(value); };
+  return {small(static_cast<int>(date.year())),
+          small(static_cast<unsigned>(date.month())),
+          static_cast<unsigned>(date.day()),
+          small(time.hours().count()),
+          small(time.minutes().count()),
+          small(time.seconds().count()),
+          static_cast<unsigned>(time.subseconds().count()),
+          static_cast<short>(instant.offset.count())};
 }
 
 std::string SecondsText(std::chrono::milliseconds time) {

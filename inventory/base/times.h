@@ -28,6 +28,11 @@ std::optional<Instant> ParseRfc3339(std::string_view text);
 /// The same of what a host says; "" for a time that no calendar has.
 std::string Rfc3339(const NKVXHMZ20::TCIMDateTime& time);
 
+/// With the microseconds: "2026-03-08T04:00:05.123456+01:00"; "" for a time that no calendar has.
+std::string PreciseTime(const NKVXHMZ20::TCIMDateTime& time);
+
+NKVXHMZ20::TCIMDateTime ToDateTime(const Instant& instant);
+
 /// "12.034", in seconds.
 std::string SecondsText(std::chrono::milliseconds time);
 

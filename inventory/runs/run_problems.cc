@@ -1,7 +1,6 @@
 #include "inventory/runs/run_problems.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <initializer_list>
 #include <map>
 #include <set>
@@ -132,10 +131,7 @@ class ToolProblems {
     }
     const auto ended = [](const RunRecord* run) { return run->end == RunEnd::kExited; };
     if (std::none_of(asked.begin(), asked.end(), ended)) {
-      // The system's reason would not tell: a script without its interpreter has the same.
-      std::error_code error;
-      const auto type = std::filesystem::symlink_status(runs_.front()->program, error).type();
-      const bool is_absent = type == std::filesystem::file_type::not_found;
+      const bool is_absent = runs_.front()->is_tool_absent;
       // Runs that hung are named, each of them.
       const auto hung = [](const RunRecord* run) { return run->end == RunEnd::kTimedOut; };
       if (!is_absent && (asked.empty() || std::any_of(asked.begin(), asked.end(), hung))) {

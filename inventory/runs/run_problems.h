@@ -8,8 +8,7 @@
 
 /// What went wrong with the runs: of each tool, in the order of their first runs, whether it is
 /// there, refuses or fails as a whole, or else its single failures, alike ones in one. A controller
-/// number that no controller has is no problem. Looks whether a tool that could not be started is
-/// there, from the working directory of the runs.
+/// number that no controller has is no problem.
 std::vector<Problem> FindRunProblems(const std::vector<RunRecord>& records);
 
 #endif  // INVENTORY_RUNS_RUN_PROBLEMS_H_

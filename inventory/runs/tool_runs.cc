@@ -1,7 +1,7 @@
 #include "inventory/runs/tool_runs.h"
 
 #include <algorithm>
-#include <string_view>
+#include <filesystem>
 
 #include "hmz/exception.h"
 #include "schema/published_texts.h"
@@ -11,18 +11,16 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t kKeptErrorBytes = std::size_t{4} << 10;
-
-std::string LastLine(std::string_view text) {
-  const auto end = text.find_last_not_of(" \t\r\n");
-  if (end == std::string_view::npos) return "";
-  text = text.substr(0, end + 1);
-  return std::string(text.substr(text.rfind('\n') + 1));
-}
-
 std::string Seconds(milliseconds time) {
   if (time.count() % 1000 == 0) return std::to_string(time.count() / 1000) + " s";
   return std::to_string(time.count()) + " ms";
+}
+
+/// The system's reason would not tell: a script without its interpreter has the same.
+bool IsAbsent(const std::string& program) {
+  std::error_code error;
+  return std::filesystem::symlink_status(program, error).type() ==
+         std::filesystem::file_type::not_found;
 }
 
 RunEnd EndOf(standin::ProcessEnd end) {
@@ -49,7 +47,17 @@ ToolRuns::ToolRuns(const RunBounds& bounds, Sharing sharing, RunObserver observe
     : bounds_(bounds),
       sharing_(sharing),
       observer_(std::move(observer)),
-      process_(std::move(process)) {}
+      process_(std::move(process)),
+      wall_clock_(standin::Services().get_local_time) {}
+
+ToolRuns::ToolRuns(const Recording& recording, RunObserver observer)
+    : sharing_(recording.as_host ? Sharing::kOff : Sharing::kOn),
+      observer_(std::move(observer)),
+      recording_(&recording) {
+  for (std::size_t i = 0; i < recording.runs.size(); ++i) {
+    recorded_[recording.runs[i].CommandLine()].push_back(i);
+  }
+}
 
 void ToolRuns::BeginAttempt() {
   requests_.clear();
@@ -100,10 +108,27 @@ std::size_t ToolRuns::Find(const std::string& program, const std::vector<std::st
     const auto known = by_command_line_.find(command_line);
     if (known != by_command_line_.end()) return known->second;
   }
-  records_.push_back(Start(program, arguments));
+  records_.push_back(recording_ == nullptr ? Start(program, arguments)
+                                           : Replay(program, arguments, command_line));
   by_command_line_[command_line] = records_.size() - 1;
   observer_.after(records_.back());
   return records_.size() - 1;
+}
+
+RunRecord ToolRuns::Replay(const std::string& program, const std::vector<std::string>& arguments,
+                           const std::string& command_line) {
+  const auto found = recorded_.find(command_line);
+  if (found != recorded_.end()) {
+    const std::vector<std::size_t>& runs = found->second;
+    return recording_->runs[runs[std::min(replayed_[command_line]++, runs.size() - 1)]];
+  }
+  RunRecord record;
+  record.program = program;
+  record.arguments = arguments;
+  record.started = recording_->collected_at;
+  record.end = RunEnd::kNotAsked;
+  record.reason = "is not in the recording";
+  return record;
 }
 
 RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::string>& arguments) {
@@ -111,10 +136,11 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   RunRecord record;
   record.program = program;
   record.arguments = arguments;
-  record.started = standin::Services().get_local_time();
+  record.started = wall_clock_();
   record.reason = WhyNotAsked(record);
   if (!record.reason.empty()) {
     record.end = RunEnd::kNotAsked;
+    record.is_tool_absent = IsAbsent(program);
     return record;
   }
   observer_.before(record.CommandLine());
@@ -132,8 +158,8 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   record.signal = result.signal;
   record.output_bytes = result.output.size();
   record.error_bytes = result.error_bytes;
-  record.last_error_line = LastLine(result.error_output);
-  record.error_output = result.error_output.substr(0, kKeptErrorBytes);
+  record.SetErrorOutput(result.error_output);
+  record.is_tool_absent = record.end != RunEnd::kExited && IsAbsent(program);
   record.reason = std::move(result.failure);
   // The reasons begin with the program, which whoever shows them names already.
   if (record.reason.starts_with(program + ": ")) record.reason.erase(0, program.size() + 2);
@@ -149,8 +175,13 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
     record.reason = "was stopped: the outputs of all runs had used up the " + MebibytesInAll();
     output_bytes_ = bounds_.output_bytes;
   }
+  auto output = std::make_shared<const std::string>(std::move(result.output));
+  if (bounds_.keeps_all) {
+    record.whole_output = output;
+    record.whole_error_output = std::make_shared<const std::string>(std::move(result.error_output));
+  }
   if (record.reason.empty()) {
-    record.output = std::make_shared<const std::string>(std::move(result.output));
+    record.output = std::move(output);
     if (sharing_ == Sharing::kOn) output_bytes_ += record.output->size();
   }
   return record;

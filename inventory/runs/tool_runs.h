@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "inventory/base/run_record.h"
+#include "inventory/runs/recording.h"
 #include "standin/process.h"
 
 /// What all runs of a collection may use.
@@ -21,6 +22,7 @@ struct RunBounds {
   std::optional<std::chrono::milliseconds> collection;  ///< From the first request on; none: ever.
   std::size_t output_bytes = std::size_t{256} << 20;    ///< Of all of them together.
   int hangs = 3;                                        ///< Of one tool, before it is given up.
+  bool keeps_all = false;  ///< Whether the records keep their whole outputs, for a recording.
 };
 
 /// Whether a command line runs once, or each time that the plug-in asks for it.
@@ -49,6 +51,11 @@ class ToolRuns {
   ToolRuns(const RunBounds& bounds, Sharing sharing, RunObserver observer = {},
            Process process = standin::RunProcess);
 
+  /// Answers from a recording instead: the nth request of a command line with its nth run, then
+  /// with the last one. No process is started and nothing is bounded. The recording has to outlive
+  /// the object.
+  ToolRuns(const Recording& recording, RunObserver observer);
+
   /// As TOSSpecific::SpawnProcess, which it stands behind: the standard output, or THMZException.
   std::string Run(const std::string& program, const std::vector<std::string>& arguments);
 
@@ -70,6 +77,8 @@ class ToolRuns {
 
   std::size_t Find(const std::string& program, const std::vector<std::string>& arguments,
                    const std::string& command_line);
+  RunRecord Replay(const std::string& program, const std::vector<std::string>& arguments,
+                   const std::string& command_line);
   RunRecord Start(const std::string& program, const std::vector<std::string>& arguments);
   std::string WhyNotAsked(const RunRecord& record) const;
   std::string MebibytesInAll() const;
@@ -79,6 +88,10 @@ class ToolRuns {
   Sharing sharing_;
   RunObserver observer_;
   Process process_;
+  std::function<NKVXHMZ20::TCIMDateTime()> wall_clock_;  // apart from what the plug-in reads
+  const Recording* recording_ = nullptr;
+  std::unordered_map<std::string, std::vector<std::size_t>> recorded_;  // by command line
+  std::unordered_map<std::string, std::size_t> replayed_;               // how often each
   std::optional<Clock::time_point> begin_;
   std::size_t output_bytes_ = 0;
   std::vector<RunRecord> records_;

@@ -1,6 +1,7 @@
 #ifndef HMZ_OS_SPECIFIC_H_
 #define HMZ_OS_SPECIFIC_H_
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ class HMZ_API TOSSpecific {
   /// The name of this machine.
   static std::string GetMachineName();
 };
+
+/// Opens a file for reading, as std::fopen(path, "rt"). A host may have it or not: a plug-in asks
+/// whether it is null before it calls it.
+[[gnu::weak]] HMZ_API std::FILE* OpenHostFile(const std::string& path);
 
 }  // namespace NKVXHMZ20
 

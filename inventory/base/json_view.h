@@ -1,0 +1,37 @@
+#ifndef INVENTORY_BASE_JSON_VIEW_H_
+#define INVENTORY_BASE_JSON_VIEW_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+/// A value of a JSON document that somebody else wrote, and where it stands there. What is not as
+/// it is asked for throws std::runtime_error: "runs[3].end: is no text".
+class JsonView {
+ public:
+  explicit JsonView(const nlohmann::json& value, std::string path = "")
+      : value_(value), path_(std::move(path)) {}
+
+  /// A member of an object, which has to be there.
+  JsonView operator[](const char* name) const;
+  /// Whether an object has a member that is not null.
+  bool Has(const char* name) const;
+  bool IsNull() const { return value_.is_null(); }
+  bool IsObject() const { return value_.is_object(); }
+
+  std::vector<JsonView> Items() const;  ///< Of an array.
+  std::string Text() const;
+  bool Bool() const;
+  std::int64_t Integer() const;
+  double Number() const;
+
+  [[noreturn]] void Refuse(const std::string& why) const;
+
+ private:
+  const nlohmann::json& value_;
+  std::string path_;
+};
+
+#endif  // INVENTORY_BASE_JSON_VIEW_H_

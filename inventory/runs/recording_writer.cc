@@ -1,0 +1,248 @@
+#include "inventory/runs/recording_writer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "inventory/base/program.h"
+#include "inventory/base/readable.h"
+#include "inventory/base/times.h"
+#include "inventory/runs/recording_index.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+/// A longer text of a run that failed has a file of its own.
+constexpr std::size_t kLongestInline = 4096;
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+bool IsPlainWord(std::string_view word) {
+  for (const char c : word) {
+    if (std::isalnum(static_cast<unsigned char>(c)) == 0 && c != '_') return false;
+  }
+  return !word.empty();
+}
+
+/// "kraid/kelvcmd.d/1/getconfig-al"; "runs/0007" where the arguments are not the usual three.
+std::string StemOf(const RunRecord& run, std::size_t index) {
+  const std::string tool = run.Tool();
+  bool is_usual = run.arguments.size() == 3 && IsPlainWord(tool);
+  for (const std::string& argument : run.arguments) is_usual = is_usual && IsPlainWord(argument);
+  if (is_usual) {
+    return "kraid/" + tool + ".d/" + run.arguments[1] + "/" + run.arguments[0] + "-" +
+           run.arguments[2];
+  }
+  char name[32];
+  std::snprintf(name, sizeof name, "runs/%04zu", index + 1);
+  return name;
+}
+
+class FolderWriter {
+ public:
+  explicit FolderWriter(fs::path folder) : folder_(std::move(folder)) {}
+
+  void Write(const Recording& recording) {
+    Json index = {{"recording_version", {kRecordingMajor, kRecordingMinor}},
+                  {"generator", {{"name", kProgramName}, {"version", kProgramVersion}}},
+                  {"host", recording.host},
+                  {"root", recording.root},
+                  {"as_host", recording.as_host},
+                  {"passes", recording.passes},
+                  {"collected_at", PreciseTime(recording.collected_at)},
+                  {"duration_ms", recording.duration.count()},
+                  {"clock", Json::array()},
+                  {"files", Json::array()},
+                  {"runs", Json::array()}};
+    for (const auto& time : recording.clock) index["clock"].push_back(PreciseTime(time));
+    for (const RecordedFile& file : recording.files) index["files"].push_back(Describe(file));
+    for (std::size_t i = 0; i < recording.runs.size(); ++i) {
+      index["runs"].push_back(Describe(recording.runs[i], i));
+    }
+    Store(kRecordingIndex, index.dump(1, ' ', false, Json::error_handler_t::replace) + "\n");
+  }
+
+ private:
+  Json Describe(const RecordedFile& file) {
+    Json entry = {{"path", file.path}, {"file", nullptr}};
+    if (file.text) {
+      const fs::path path = file.path;
+      entry["file"] = Keep((path.parent_path().filename() / path.stem()).string(),
+                           path.extension().string(), *file.text);
+    }
+    return entry;
+  }
+
+  Json Describe(const RunRecord& run, std::size_t index) {
+    Json entry = {{"program", run.program},
+                  {"arguments", run.arguments},
+                  {"started_at", PreciseTime(run.started)},
+                  {"duration_ms", run.duration.count()},
+                  {"end", NameOf(run.end)}};
+    if (run.end == RunEnd::kExited) entry["exit_status"] = run.exit_status;
+    if (run.end == RunEnd::kSignalled) entry["signal"] = run.signal;
+    if (!run.reason.empty()) entry["reason"] = run.reason;
+    if (run.is_tool_absent) entry["tool_absent"] = true;
+    const std::string stem = StemOf(run, index);
+    AddText("output", stem, ".txt", run.whole_output, run.exit_status != 0, entry);
+    AddText("error_output", stem, ".err", run.whole_error_output, run.exit_status != 0, entry);
+    if (run.whole_error_output && run.error_bytes != run.whole_error_output->size()) {
+      entry["error_bytes"] = run.error_bytes;
+    }
+    return entry;
+  }
+
+  /// What tools say of absent controllers stands in the index, so that it does not fill the folder.
+  void AddText(const std::string& member, const std::string& stem, const char* extension,
+               const std::shared_ptr<const std::string>& text, bool may_be_inline, Json& entry) {
+    if (text == nullptr || text->empty()) return;
+    if (may_be_inline && text->size() <= kLongestInline && ValidUtf8(*text) == *text) {
+      entry[member + "_text"] = *text;
+    } else {
+      entry[member] = Keep(stem, extension, *text);
+    }
+  }
+
+  /// Stores a text under this name or, where another one has it, the next free one.
+  std::string Keep(const std::string& stem, const std::string& extension, const std::string& text) {
+    std::string name = stem + extension;
+    for (int i = 2;; ++i) {
+      const auto [known, is_new] = kept_.emplace(name, &text);
+      if (is_new) Store(name, text);
+      if (is_new || *known->second == text) return name;
+      name = stem + "-" + std::to_string(i) + extension;
+    }
+  }
+
+  void Store(const std::string& name, std::string_view text) {
+    const fs::path path = folder_ / name;
+    fs::create_directories(path.parent_path());
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) Fail(path.string());
+    while (!text.empty()) {
+      const ssize_t written = write(file, text.data(), text.size());
+      if (written < 0 && errno != EINTR) {
+        const int why = errno;
+        close(file);
+        errno = why;
+        Fail(path.string());
+      }
+      if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    if (close(file) != 0) Fail(path.string());
+  }
+
+  fs::path folder_;
+  std::map<std::string, const std::string*> kept_;
+};
+
+/// Holds all signals back for as long as it lives.
+class SignalsHeld {
+ public:
+  SignalsHeld() {
+    sigset_t all;
+    sigfillset(&all);
+    sigprocmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsHeld(const SignalsHeld&) = delete;
+  SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+/// Where the folder itself stands: behind links, without a slash at its end.
+fs::path PlaceOf(const fs::path& folder) {
+  const fs::path place = fs::weakly_canonical(folder);
+  return place.has_filename() ? place : place.parent_path();
+}
+
+mode_t FolderMode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0777 & ~mask;
+}
+
+/// Puts the new folder in place; what stood there before is then at the new one's first place.
+void Switch(const fs::path& unfinished, const fs::path& place) {
+  if (!fs::exists(place)) return fs::rename(unfinished, place);
+  if (renameat2(AT_FDCWD, unfinished.c_str(), AT_FDCWD, place.c_str(), RENAME_EXCHANGE) == 0)
+    return;
+  if (errno != EINVAL && errno != ENOSYS) Fail(place.string());
+  // A file system that knows no exchange: there is a moment without a recording.
+  const fs::path aside = unfinished.string() + ".old";
+  fs::rename(place, aside);
+  fs::rename(unfinished, place);
+  fs::rename(aside, unfinished);
+}
+
+/// All of it is on the disk.
+void Flush(const fs::path& folder) {
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const bool is_flushed = descriptor >= 0 && syncfs(descriptor) == 0;
+  const int why = errno;
+  if (descriptor >= 0) close(descriptor);
+  errno = why;
+  if (!is_flushed) Fail(folder.string());
+}
+
+}  // namespace
+
+std::string WhyNoRecordingFits(const fs::path& folder) {
+  std::error_code error;
+  const fs::file_status status = fs::status(folder, error);
+  if (fs::exists(status)) {
+    if (!fs::is_directory(status)) return "it is no folder";
+    const bool is_recording = fs::is_regular_file(folder / kRecordingIndex, error);
+    if (!is_recording && !fs::is_empty(folder, error)) {
+      return "there is something else than a recording in it";
+    }
+  }
+  const fs::path parent = PlaceOf(folder).parent_path();
+  return access(parent.c_str(), W_OK | X_OK) == 0 ? ""
+                                                  : parent.string() + ": " + std::strerror(errno);
+}
+
+std::string WriteRecording(const Recording& recording, const fs::path& folder) {
+  const SignalsHeld held;
+  std::string unfinished;
+  std::string error;
+  try {
+    const fs::path place = PlaceOf(folder);
+    unfinished = (place.parent_path() / ("." + place.filename().string() + ".XXXXXX")).string();
+    if (mkdtemp(unfinished.data()) == nullptr) {
+      unfinished.clear();
+      Fail(place.string());
+    }
+    FolderWriter(unfinished).Write(recording);
+    if (chmod(unfinished.c_str(), FolderMode()) != 0) Fail(unfinished);
+    Flush(unfinished);
+    if (const std::string why = WhyNoRecordingFits(folder); !why.empty()) {
+      throw std::runtime_error(why);
+    }
+    Switch(unfinished, place);
+  } catch (const std::exception& failure) {
+    error = failure.what();
+  }
+  // Not written, or the one from before.
+  std::error_code ignored;
+  if (!unfinished.empty()) fs::remove_all(unfinished, ignored);
+  return error;
+}
