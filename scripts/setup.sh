@@ -5,7 +5,7 @@
 # On Debian and its relatives through apt-get (with sudo when not root); elsewhere it says what is
 # needed and goes on.
 
-packages_build="g++ cmake ninja-build libboost-dev libcli11-dev nlohmann-json3-dev"
+packages_build="g++ cmake ninja-build libboost-dev libcli11-dev libsodium-dev nlohmann-json3-dev"
 packages_test="libgtest-dev"
 packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
 packages_package="dpkg-dev file jq lintian man-db mandoc"

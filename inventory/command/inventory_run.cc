@@ -4,12 +4,15 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "inventory/base/times.h"
 #include "inventory/command/class_list.h"
 #include "inventory/command/collection.h"
 #include "inventory/command/collection_lock.h"
@@ -23,7 +26,11 @@
 #include "inventory/machine/selection.h"
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
+#include "inventory/runs/recording.h"
+#include "inventory/runs/recording_reader.h"
+#include "inventory/runs/recording_writer.h"
 #include "inventory/runs/run_problems.h"
+#include "inventory/runs/sanitize.h"
 #include "inventory/runs/tool_runs.h"
 #include "standin/host_services.h"
 #include "standin/repository.h"
@@ -37,6 +44,7 @@ struct Outcome {
   std::unique_ptr<standin::Repository> repository;
   std::unique_ptr<Report> report;
   Machine machine;
+  std::vector<Problem> failures;  ///< Of the plug-in or the host.
 };
 
 /// "cannot write FILE: WHY"
@@ -67,10 +75,10 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
 }
 
 /// What only the end of a collection shows: adds it to the report and tells what was lost.
-void AddProblems(const Options& options, const std::vector<Problem>& failures,
-                 const Machine& machine, Report& report) {
+void AddProblems(const Options& options, Outcome& outcome) {
+  Report& report = *outcome.report;
   std::vector<Problem>& problems = report.problems;
-  problems.insert(problems.end(), failures.begin(), failures.end());
+  problems.insert(problems.end(), outcome.failures.begin(), outcome.failures.end());
   for (const Problem& problem : problems) {
     if (problem.kind == ProblemKind::kOutputUnreadable ||
         problem.kind == ProblemKind::kPluginFailed) {
@@ -87,44 +95,118 @@ void AddProblems(const Options& options, const std::vector<Problem>& failures,
   }
   // Where only some classes were asked for, most of what the tools print is not to show up.
   if (!options.all_classes) return;
-  const std::vector<Problem> unread = FindUnreadLines(report, machine);
+  const std::vector<Problem> unread = FindUnreadLines(report, outcome.machine);
   problems.insert(problems.end(), unread.begin(), unread.end());
 }
 
-/// Collects within `limit`, and says how that went.
-Outcome CollectOutcome(const Options& options, std::optional<std::chrono::milliseconds> limit,
+/// Runs the plug-in with these services and runs behind it.
+Outcome CollectOutcome(const Options& options, standin::HostServices services, ToolRuns& tools,
                        LogFile& log) {
-  RunBounds bounds;
-  bounds.run.time = options.tool_timeout;
-  bounds.collection = limit;
-  ProgressLine progress;
-  ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,
-                 Observe(options, progress));
-  standin::HostServices services = standin::Services();
   services.spawn_process = [&tools](const auto& program, const auto& arguments) {
     return tools.Run(program, arguments);
   };
   services.log = [&log](int level, const auto& text) { log.Write(level, text); };
+  const std::string host = services.get_machine_name();
   const standin::ScopedServices in_force(std::move(services));
-
-  const auto collected_at = standin::Services().get_local_time();
-  const auto start = Clock::now();
   Collection collection = Collect(options, tools);
+  Outcome outcome{std::move(collection.repository), nullptr, {}, std::move(collection.failures)};
+  outcome.report = std::make_unique<Report>(
+      Report{host, kExitAnswered, FindRunProblems(tools.GetRecords()), *outcome.repository,
+             collection.latest_pass, tools.GetRecords(), tools.GetRequests()});
+  return outcome;
+}
+
+/// Collects from the machine within `limit`; into the recording as well, where one is made.
+Outcome CollectHere(const Options& options, std::optional<std::chrono::milliseconds> limit,
+                    LogFile& log, Recording* recording) {
+  RunBounds bounds;
+  bounds.run.time = options.tool_timeout;
+  bounds.collection = limit;
+  bounds.keeps_all = recording != nullptr;
+  ProgressLine progress;
+  ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,
+                 Observe(options, progress));
+  Recorder recorder;
+  standin::HostServices services = standin::Services();
+  const auto collected_at = services.get_local_time();
+  const auto start = Clock::now();
+  if (recording != nullptr) services = recorder.Watch(std::move(services));
+  Outcome outcome = CollectOutcome(options, std::move(services), tools, log);
   progress.Clear();
 
-  Outcome outcome{std::move(collection.repository), nullptr, {}};
-  outcome.report = std::make_unique<Report>(Report{
-      standin::Services().get_machine_name(), kExitAnswered, FindRunProblems(tools.GetRecords()),
-      *outcome.repository, collection.latest_pass, tools.GetRecords(), tools.GetRequests(),
-      collected_at, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start),
-      std::filesystem::current_path().string()});
-  outcome.machine = ReadMachine(*outcome.report);
-  AddProblems(options, collection.failures, outcome.machine, *outcome.report);
-  if (!log.GetError().empty()) {
-    Complain(CannotWrite(options.log, log.GetError()));
-    outcome.report->exit_status = kExitOutput;
+  Report& report = *outcome.report;
+  report.collected_at = collected_at;
+  report.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  report.root = std::filesystem::current_path().string();
+  if (recording != nullptr) {
+    *recording = {report.host,         report.root,         options.as_host,
+                  options.passes,      collected_at,        report.duration,
+                  recorder.GetClock(), recorder.GetFiles(), tools.GetRecords()};
   }
   return outcome;
+}
+
+/// The same once more, of a recording.
+Outcome Replay(Options options, const Recording& recording, LogFile& log) {
+  options.as_host = recording.as_host;
+  options.passes = recording.passes;
+  RunObserver observer;
+  if (options.verbose) observer.after = ShowErrorOutput;
+  ToolRuns tools(recording, std::move(observer));
+  Outcome outcome = CollectOutcome(options, ReplayServices(recording), tools, log);
+  outcome.report->collected_at = recording.collected_at;
+  outcome.report->duration = recording.duration;
+  outcome.report->root = recording.root;
+  return outcome;
+}
+
+/// Why a recording is not to be shown; "" when it is.
+std::string WhyTooOld(const Recording& recording, const Options& options) {
+  if (!options.max_age) return "";
+  const auto made = ToInstant(recording.collected_at);
+  const auto age = std::chrono::system_clock::now() - made.value_or(Instant{}).utc;
+  // One from the future says as little of its age.
+  if (std::chrono::abs(age) <= *options.max_age) return "";
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(age).count();
+  return options.replay.string() + " was recorded at " + Rfc3339(recording.collected_at) + ", " +
+         std::to_string(std::abs(seconds)) + " s " + (seconds < 0 ? "from now" : "ago");
+}
+
+/// What is shown, from wherever it comes, and its recording where one is made.
+struct Source {
+  explicit Source(const Options& options)
+      : is_recorded(options.sanitize || !options.record.empty()) {}
+
+  bool is_recorded;
+  Recording recording;
+};
+
+Outcome TakeOutcome(const Options& options, std::optional<std::chrono::milliseconds> limit,
+                    LogFile& log, Source& source) {
+  if (options.replay.empty()) {
+    // Nothing of what is to be hidden may be shown: all is done once more without it.
+    LogFile none{std::filesystem::path()};
+    Options quiet = options;
+    quiet.verbose = quiet.verbose && !options.sanitize;
+    Outcome outcome = CollectHere(quiet, limit, options.sanitize ? none : log,
+                                  source.is_recorded ? &source.recording : nullptr);
+    if (!options.sanitize) return outcome;
+  }
+  if (options.sanitize) Sanitize(options.sanitize_key, source.recording);
+  return Replay(options, source.recording, log);
+}
+
+/// Takes the lock, and what that took off the limit. Returns why there is none.
+std::string WaitForLock(CollectionLock& lock, std::optional<std::chrono::milliseconds>& limit) {
+  ProgressLine progress;
+  const auto start = Clock::now();
+  std::error_code ignored;
+  std::string why =
+      lock.Take(std::filesystem::current_path(ignored), limit, [&progress](const auto& holder) {
+        progress.Show("waiting for another collection here, of " + holder);
+      });
+  if (limit) *limit -= std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  return why;
 }
 
 /// Returns the exit status, which only a check has a say in.
@@ -152,6 +234,10 @@ int RunInventory(const Options& options) {
   if (!log.GetError().empty()) {
     return refuse(CannotWrite(options.log, log.GetError()), kExitOutput);
   }
+  if (!options.record.empty()) {
+    const std::string why = WhyNoRecordingFits(options.record);
+    if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
+  }
   std::error_code error;
   if (!options.root.empty()) std::filesystem::current_path(options.root, error);
   if (error) {
@@ -161,20 +247,28 @@ int RunInventory(const Options& options) {
   if (options.is_check) {
     SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
   }
+  Source source(options);
   CollectionLock lock;
   auto limit = options.timeout;
-  if (options.lock) {
-    ProgressLine progress;
-    const auto start = Clock::now();
-    const std::string why =
-        lock.Take(std::filesystem::current_path(error), limit, [&progress](const auto& holder) {
-          progress.Show("waiting for another collection here, of " + holder);
-        });
+  if (!options.replay.empty()) {
+    source.recording = ReadRecording(options.replay);
+    const std::string why = WhyTooOld(source.recording, options);
     if (!why.empty()) return refuse(why, kExitFailed);
-    if (limit)
-      *limit -= std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  } else if (options.lock) {
+    const std::string why = WaitForLock(lock, limit);
+    if (!why.empty()) return refuse(why, kExitFailed);
   }
-  Outcome outcome = CollectOutcome(options, limit, log);
+  Outcome outcome = TakeOutcome(options, limit, log, source);
+  outcome.machine = ReadMachine(*outcome.report);
+  AddProblems(options, outcome);
+  if (!log.GetError().empty()) {
+    Complain(CannotWrite(options.log, log.GetError()));
+    outcome.report->exit_status = kExitOutput;
+  }
+  if (!options.record.empty()) {
+    const std::string why = WriteRecording(source.recording, options.record);
+    if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
+  }
   SayWhenASignalEnds("");
   if (!options.controllers.empty()) {
     const std::string missing = SelectControllers(options.controllers, outcome.machine);

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <fstream>
 #include <iostream>
 #include <span>
 #include <string_view>
@@ -103,6 +104,20 @@ std::string CheckNotEmpty(const std::string& text) {
   return text.empty() ? "the file's name is empty" : "";
 }
 
+/// Returns what is wrong with the file, behind its name; "" when nothing is.
+std::string ReadKey(const fs::path& path, std::string& key) {
+  constexpr std::size_t kShortest = 16;
+  constexpr std::size_t kLongest = std::size_t{64} << 10;
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return " is no regular file";
+  std::ifstream file(path, std::ios::binary);
+  key.resize(kLongest + 1);
+  file.read(key.data(), static_cast<std::streamsize>(key.size()));
+  key.resize(static_cast<std::size_t>(file.gcount()));
+  if (file.bad() || !file.is_open()) return " cannot be read";
+  return key.size() >= kShortest && key.size() <= kLongest ? "" : " has not 16 bytes to 64 KiB";
+}
+
 std::chrono::milliseconds Milliseconds(double seconds) {
   return std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
 }
@@ -120,6 +135,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   bool check = false;
   double tool_timeout_s = std::chrono::duration<double>(options.tool_timeout).count();
   double timeout_s = 60;
+  double max_age_s = 0;
+  fs::path key_file;
   bool no_lock = false;
 
   CLI::App app("Loads the KelvaRAID collector plug-in as a host does and prints what it reports.",
@@ -174,6 +191,24 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   app.add_flag("--as-host", options.as_host,
                "run every request of the plug-in, and end where it throws, as a host does");
   AddChoice(app, "--runs", options.runs, kRunsShown, "the runs that JSON lists (default: failed)");
+  CLI::Option* const record =
+      app.add_option("--record", options.record, "keep the collection there, to be replayed")
+          ->type_name("DIR")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
+  CLI::Option* const replay =
+      app.add_option("--replay", options.replay, "show what was recorded there; runs no tool")
+          ->type_name("DIR")
+          ->check(CLI::ExistingDirectory.description(""));
+  CLI::Option* const max_age =
+      app.add_option("--max-age", max_age_s, "refuse to replay what is older")
+          ->type_name("SECONDS")
+          ->check(CLI::Validator(CheckSeconds, ""));
+  app.add_flag("--sanitize", options.sanitize,
+               "pseudonyms for serial numbers and names, in all that is written");
+  app.add_option("--sanitize-key", key_file,
+                 "sanitize with the key in this file: the same pseudonyms each time")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile.description(""));
   app.add_flag("--no-lock", no_lock, "do not wait for another collection below the same root");
   app.add_flag("--verbose", options.verbose,
                "show the standard error of the tools, and what no parser took of their output");
@@ -216,7 +251,26 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   options.tool_timeout = Milliseconds(tool_timeout_s);
   if (check || timeout->count() > 0) options.timeout = Milliseconds(timeout_s);
   options.lock = !no_lock;
-  for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log}) {
+  if (max_age->count() > 0) options.max_age = Milliseconds(max_age_s);
+  if (record->count() > 0 && !options.all_classes) {
+    return RefuseUsage("--record goes with no classes: it keeps all", arguments, exit_status);
+  }
+  if (max_age->count() > replay->count()) {
+    return RefuseUsage("--max-age is of what --replay shows", arguments, exit_status);
+  }
+  for (const char* live :
+       {"--as-host", "--passes", "--root", "--timeout", "--tool-timeout", "--no-lock"}) {
+    if (replay->count() == 0 || app.get_option(live)->count() == 0) continue;
+    return RefuseUsage(std::string(live) + " does not go with --replay", arguments, exit_status);
+  }
+  if (!key_file.empty()) {
+    options.sanitize = true;
+    if (const std::string why = ReadKey(key_file, options.sanitize_key); !why.empty()) {
+      return RefuseUsage("--sanitize-key: " + key_file.string() + why, arguments, exit_status);
+    }
+  }
+  for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log,
+                         &options.record, &options.replay}) {
     *path = Absolute(*path);
   }
   if (!options.log.empty() && options.log == options.output) {

@@ -29,7 +29,12 @@ struct Options {
   bool as_host = false;                              // every request runs, the first throw counts
   bool lock = true;
   RunsShown runs = RunsShown::kFailed;
-  std::vector<std::uint64_t> controllers;  // none: all
+  std::vector<std::uint64_t> controllers;            // none: all
+  std::filesystem::path record;                      // empty: no recording is made
+  std::filesystem::path replay;                      // empty: the tools of this machine run
+  std::optional<std::chrono::milliseconds> max_age;  // of what is replayed; none: any
+  bool sanitize = false;
+  std::string sanitize_key;  // empty: a random one
   bool brief = false;
   bool verbose = false;
 };

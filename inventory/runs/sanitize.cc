@@ -32,10 +32,15 @@ class Replacer {
  public:
   void Add(const std::string& text, const std::string& replacement) {
     if (FirstWord(text).empty() || !texts_.insert(text).second) return;
-    auto& rows = rows_[std::string(FirstWord(text))];
-    rows.emplace_back(text, replacement);
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const auto& a, const auto& b) { return a.first.size() > b.first.size(); });
+    rows_[std::string(FirstWord(text))].emplace_back(text, replacement);
+  }
+
+  /// To be called when all are there: of two that fit, the longer one counts.
+  void Order() {
+    for (auto& [word, rows] : rows_) {
+      std::stable_sort(rows.begin(), rows.end(),
+                       [](const Row& x, const Row& y) { return x.first.size() > y.first.size(); });
+    }
   }
 
   std::string Replace(std::string_view text) const {
@@ -119,6 +124,7 @@ void ForEachLine(std::string_view text, const Use& use) {
 
 // Columns of a kelvcmd disk's "Device ID". The serial number that is published of it begins with
 // the last character of the firmware level, which stays.
+constexpr std::size_t kProductEnd = 15;
 constexpr std::size_t kFirmwareEnd = 20;
 constexpr std::size_t kSerialLength = 7;
 
@@ -133,6 +139,8 @@ class Sanitizer {
     for (const RecordedFile& file : recording.files) {
       if (file.text) GatherLog(*file.text);
     }
+    everywhere_.Order();
+    in_messages_.Order();
     recording.host = pseudonyms_.OfName(recording.host);
     recording.root = "/";
     for (RunRecord& run : recording.runs) SanitizeRun(run);
@@ -194,10 +202,11 @@ class Sanitizer {
 
   std::string DeviceIdPseudonym(std::string_view value) const {
     std::string pseudonym(value);
-    if (value.size() < kFirmwareEnd + kSerialLength) return pseudonym;
+    if (value.size() <= kFirmwareEnd || value[kProductEnd] != ' ') return pseudonym;
     const std::string_view serial = value.substr(kFirmwareEnd, kSerialLength);
-    if (!HasDigit(serial)) return pseudonym;
-    return pseudonym.replace(kFirmwareEnd, kSerialLength, pseudonyms_.Of(serial));
+    // Those of tapes and the like have other columns.
+    if (!HasDigit(serial) || serial.find(' ') != std::string_view::npos) return pseudonym;
+    return pseudonym.replace(kFirmwareEnd, serial.size(), pseudonyms_.Of(serial));
   }
 
   std::string ValueOf(const Line& line) const {
