@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <thread>
 
 #include "hmz/exception.h"
+#include "inventory/runs/pseudonyms.h"
 #include "inventory/runs/run_problems.h"
+#include "inventory/runs/sanitize.h"
 #include "inventory/runs/tool_runs.h"
 #include "schema/published_texts.h"
 
@@ -266,6 +269,80 @@ TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
     ToolRuns tools = Make();
     EXPECT_EQ(Problems(tools), c.problems);
   }
+}
+
+/// Each character as its kind.
+std::string ShapeOf(std::string text) {
+  for (char& c : text) {
+    if (c >= '0' && c <= '9') c = '0';
+    if (c >= 'a' && c <= 'z') c = 'a';
+    if (c >= 'A' && c <= 'Z') c = 'A';
+  }
+  return text;
+}
+
+TEST(Pseudonyms, ArePermutationsOfTextsThatLookAlike) {
+  const Pseudonyms pseudonyms("key");
+  for (const char* alike : {"0", "a", "aA", "0a0", "A-0", "\xc3\xa4"}) {
+    std::set<std::string> all;
+    std::set<std::string> seen;
+    for (int i = 0; i < 300; ++i) {
+      std::string text = alike;
+      for (std::size_t at = 0, rest = std::size_t(i); at < text.size(); ++at) {
+        const unsigned size = text[at] == '0' ? 10 : text[at] == '-' ? 1 : text[at] < 0 ? 1 : 26;
+        text[at] = static_cast<char>(text[at] + int(rest % size));
+        rest /= size;
+      }
+      all.insert(text);
+      const std::string pseudonym = pseudonyms.Of(text);
+      EXPECT_EQ(ShapeOf(pseudonym).substr(0, 1), ShapeOf(text).substr(0, 1));
+      EXPECT_EQ(pseudonym.size(), text.size());
+      seen.insert(pseudonym);
+    }
+    EXPECT_EQ(seen.size(), all.size()) << alike;
+  }
+  const std::string wwn = pseudonyms.Of("50E81C0000041D20");
+  EXPECT_EQ(wwn.find_first_not_of("0123456789ABCDEF"), std::string::npos) << wwn;
+  EXPECT_NE(wwn, "50E81C0000041D20");
+  EXPECT_EQ(pseudonyms.OfName("host1.site"),
+            pseudonyms.OfName("host1") + "." + pseudonyms.OfName("site"));
+  EXPECT_NE(Pseudonyms("").Of("AB12345678"), Pseudonyms("").Of("AB12345678"));
+}
+
+TEST(Sanitize, HidesValuesAndKeepsWhatTheToolsMean) {
+  const Pseudonyms pseudonyms("key");
+  const auto p = [&](const char* text) { return pseudonyms.Of(text); };
+  Recording recording;
+  recording.host = "srv1.site";
+  RunRecord& run = recording.runs.emplace_back();
+  run.reason = "srv1: Okay is not there";
+  run.whole_error_output = std::make_shared<std::string>("Okay on srv1.site, AB1234.");
+  const std::string device = "BRELLOW BX73W10 S1FM";
+  run.whole_output = std::make_shared<std::string>(
+      "Logical drive name : Okay\nStatus : Okay\n  Serial number: AB1234 \r\n"
+      "Device ID : " +
+      device +
+      "3308812\nDevice ID : SPULWERKTL200 DAT         A07L\n"
+      "serial# : Not available\nsaid AB1234, XAB1234 AB12345\n 1 | Okay | srv1 said Okay\n"
+      "Controller name: srv1\nPart number : " +
+      "M3308812\nName of it : no newline");
+  recording.files = {{"/log", "time\tWRN\tOkay\tOkay: drive M3308812\nno tabs, Okay\n"}};
+  Sanitize("key", recording);
+  const std::string okay = p("Okay");
+  const std::string serial = p("3308812");
+  EXPECT_EQ(recording.host, p("srv1") + "." + p("site"));
+  EXPECT_EQ(run.reason, p("srv1") + ": " + okay + " is not there");
+  EXPECT_EQ(*run.whole_error_output,
+            okay + " on " + p("srv1") + "." + p("site") + ", " + p("AB1234") + ".");
+  EXPECT_EQ(*run.output,
+            "Logical drive name : " + okay + "\nStatus : Okay\n  Serial number: " + p("AB1234") +
+                " \r\nDevice ID : " + device + serial +
+                "\nDevice ID : SPULWERKTL200 DAT         A07L\nserial# : Not available\nsaid " +
+                p("AB1234") + ", XAB1234 AB12345\n 1 | Okay | " + p("srv1") + " said " + okay +
+                "\nController name: " + p("srv1") + "\nPart number : M" + serial +
+                "\nName of it : " + pseudonyms.OfName("no newline"));
+  EXPECT_EQ(*recording.files[0].text, "time\tWRN\t" + okay + "\t" + okay + ": drive M" + serial +
+                                          "\nno tabs, " + okay + "\n");
 }
 
 }  // namespace

@@ -1,0 +1,131 @@
+#!/bin/bash
+# recordings_test.sh BUILD_DIR SOURCE_DIR: what was recorded is shown again as it was, byte for byte;
+# pseudonyms hide what they are to hide, and nothing else; and a bad recording is refused.
+set -u
+command=$1/bin/kraid-inventory
+source=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+failures=0
+export LC_ALL=C
+
+fail() {
+  echo "FAILED: $*"
+  failures=$((failures + 1))
+}
+replay() {  # in another place, with nothing in the environment, and no tool to be found
+  (cd / && env -i "$command" --replay "$@")
+}
+
+# Each machine of the tests, behind the sample's tools; the formats and modes take turns.
+modes=("--format json --runs all" "--check" "" "--format mof" "--format json --as-host"
+  "--format json --passes 2" "--verbose")
+turn=0
+for machine in "$source"/demo "$source"/tests/machines/*/; do
+  [ -d "$machine/kraid" ] || continue
+  for mode in "${modes[$turn]}" "--format json --runs all"; do
+    rm -rf root && mkdir -p root/kraid
+    cp "$source"/demo/kraid/{kelvcmd,hrconf,arcconf,answer.sh} root/kraid
+    cp -r "$machine"/kraid/*.d root/kraid
+    $command --root root --record recorded $mode >live 2>live.err
+    status=$?
+    rm -rf root
+    shown=${mode/--as-host/}
+    replay "$folder/recorded" ${shown/--passes 2/} >replayed 2>replayed.err
+    [ $? -eq $status ] || fail "$machine $mode: exit status"
+    cmp live replayed || fail "$machine $mode"
+    cmp live.err replayed.err || fail "$machine $mode: standard error"
+  done
+  turn=$(((turn + 1) % ${#modes[@]}))
+done
+
+# The sample machine's recording is what its tools say, and a copy of it is the same in all formats.
+# (The manager's log comes last, and is not there for everybody.)
+[[ $(replay "$source/demo" KVXSG_krRawData) == "$($command --root "$source/demo" KVXSG_krRawData)"* ]] ||
+  fail "demo/recording.json is out of date"
+replay "$source/demo" --record "$folder/copy" >text
+for mode in "" --check "--format json --runs all" "--format mof" "KVXSG_LogRecord_RAIDMgrEvent"; do
+  cmp <(replay "$source/demo" $mode) <(replay "$folder/copy" $mode) || fail "copy $mode"
+done
+grep -q "^RAID manager, 18 entries" text || fail "the manager's log of the sample machine"
+
+# Pseudonyms: the same shape everywhere, no secret anywhere, the same for the same key.
+echo "a key that nobody else is to know" >key
+$command --replay "$source/demo" --sanitize-key key --record "$folder/hidden" --format json >hidden.json
+alike() { sed 's/[a-z]/a/g; s/[A-Z]/A/g; s/[0-9]/0/g'; }
+for mode in "" --check "--format mof" "KVXSG_krRawData"; do
+  replay "$folder/hidden" $mode >hidden.out
+  cmp <(replay "$source/demo" $mode | sed 's,/opt/kelvaraid,/,' | alike) <(alike <hidden.out) || fail "shape of $mode"
+  cat hidden.out >>hidden.all
+done
+secrets=$(cd "$source/demo" && {
+  grep -rhE "(Serial number|World-wide name|name) +: " kraid | sed 's/.*: //'
+  grep -rhE "Device ID.*: .{20}[A-Z0-9]{7}$" kraid | sed 's/.*\(.......\)$/\1/'
+  cut -f3 KelvMgr/KelvEvtA.log
+} | sort -u)
+[ "$(echo "$secrets" | wc -l)" -gt 50 ] || fail "secrets of the sample machine"
+for secret in $secrets; do
+  case $secret in boot | data | system | Okay) continue ;; esac  # words of the tools, too
+  grep -rlw -e "$secret" hidden hidden.json hidden.all && fail "$secret is not hidden"
+done
+cmp hidden.json <(replay "$folder/hidden" --format json) || fail "sanitized and replayed"
+cmp hidden.json <($command --replay "$source/demo" --sanitize-key key --format json) || fail "the same key"
+$command --replay "$source/demo" --sanitize --format json | cmp -s hidden.json - && fail "two random keys"
+
+# Recordings that are not to be trusted: what becomes of a copy, and what is said of it.
+mkfifo pipe
+while IFS='|' read -r change message; do
+  rm -rf bad && cp -r "$source/demo" bad && (cd bad && eval "$change")
+  output=$(timeout 20 $command --replay bad --check 2>&1 >line)
+  [ $? -eq 3 ] && grep -q '^KRAID UNKNOWN - ' line || fail "$change: no UNKNOWN"
+  case $output in *"$message"*) ;; *) fail "$change: $output" ;; esac
+done <<'END'
+rm recording.json|bad/recording.json: No such file
+echo '{' >recording.json|recording.json: [json.exception.parse_error
+echo '[]' >recording.json|recording.json: the document: is no object
+sed -i 's,"kraid/kelvcmd.d/1/getconfig-al.txt","../../etc/passwd",' recording.json|runs[0].output: "../../etc/passwd" leads out of the folder
+sed -i 's,"kraid/kelvcmd.d/1/getconfig-al.txt","/etc/passwd",' recording.json|"/etc/passwd" leads out of the folder
+ln -sf /etc/passwd kraid/kelvcmd.d/1/getconfig-al.txt|getconfig-al.txt: is a link, or below one
+mv kraid k; ln -s k kraid|getconfig-al.txt: is a link, or below one
+ln -f ../pipe kraid/kelvcmd.d/1/getconfig-al.txt|getconfig-al.txt: is no regular file
+truncate -s 65M kraid/kelvcmd.d/1/getconfig-al.txt|is larger than 67108864 bytes
+truncate -s 17M recording.json|recording.json: is larger than 16777216 bytes
+rm kraid/kelvcmd.d/1/getconfig-al.txt|runs[0].output: kraid/kelvcmd.d/1/getconfig-al.txt: No such file
+sed -i '0,/"exited"/s//"finished"/' recording.json|runs[0].end: is no way to end
+sed -i '0,/"exit_status": 0/s//"exit_status": "0"/' recording.json|runs[0].exit_status: is no whole number
+sed -i '0,/"exit_status": 0/s//"exit_status": 256/' recording.json|runs[0].exit_status: is out of its range
+sed -i 's/"host": .*/"host": 7,/' recording.json|recording.json: host: is no text
+sed -i '/"passes"/d' recording.json|recording.json: passes: is missing
+sed -i 's/"collected_at": .*/"collected_at": "2005-13-01T00:00:00Z",/' recording.json|collected_at: is no time
+sed -i '0,/ 1,/s// 2,/' recording.json|recording_version: is one that this program does not read
+END
+
+# Places that no recording may take, and ages.
+mkdir full && touch full/file
+cp -r copy before
+while IFS='|' read -r status arguments message; do
+  output=$($command $arguments 2>&1 >/dev/null)
+  [ $? -eq "$status" ] || fail "$arguments: exit status"
+  case $output in *"$message"*) ;; *) fail "$arguments: $output" ;; esac
+done <<END
+3|--record full|there is something else than a recording in it
+3|--record full/file|it is no folder
+3|--record absent/there|No such file or directory
+1|--replay copy --max-age 60|was recorded at 2005-03-15T04:00:05-05:00,
+0|--replay recorded --max-age 600|
+2|--max-age 60|--max-age is of what --replay shows
+2|--replay copy --as-host|--as-host does not go with --replay
+2|--record new KVXSG_krRawData|it keeps all
+2|--sanitize-key pipe|regular file
+2|--sanitize-key full/file|has not 16 bytes
+END
+# A signal leaves the recording from before, and nothing beside it.
+mkdir -p root/kraid && printf '#!/bin/sh\necho >running\nsleep 60\n' >root/kraid/kelvcmd && chmod +x root/kraid/kelvcmd
+$command --root root --record copy >/dev/null &
+while [ ! -e root/running ]; do sleep 0.05; done
+kill -TERM $! && wait $! 2>/dev/null
+diff -r copy before || fail "the recording from before a signal"
+find . -maxdepth 1 -name '.*.??????' | grep . && fail "an unfinished recording"
+
+[ "$failures" -eq 0 ]
