@@ -1,8 +1,9 @@
 # Completion of kraid-inventory's command line for bash. It needs nothing of bash-completion.
 
 _kraid_inventory() {
-  local options="--as-host --check --color --format --help --list --log --no-lock --output --passes
-    --plugin --root --runs --timeout --tool-timeout --verbose --version"
+  local options="--as-host --brief --check --color --controller --format --help --list --log --max-age
+    --no-lock --output --passes --plugin --record --replay --root --runs --sanitize --sanitize-key
+    --timeout --tool-timeout --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
   COMPREPLY=()
@@ -20,13 +21,13 @@ _kraid_inventory() {
   case $before in
     --color) words="auto always never" ;;
     --format) words="text json mof" ;;
-    --passes | --timeout | -t | --tool-timeout) return ;;
+    --controller | --max-age | --passes | --timeout | -t | --tool-timeout) return ;;
     --runs) words="none failed all" ;;
-    --root)
+    --record | --replay | --root)
       compopt -o dirnames
       return
       ;;
-    --log | --output | --plugin)
+    --log | --output | --plugin | --sanitize-key)
       compopt -o default
       return
       ;;

@@ -25,6 +25,7 @@ lib/kraid-inventory/libplugin.nsp.so
 share/bash-completion/completions/kraid-inventory
 share/doc/kraid-inventory/json.md
 share/doc/kraid-inventory/mof.md
+share/doc/kraid-inventory/recordings.md
 share/doc/kraid-inventory/report.md
 share/kraid-inventory/kvxsg.mof
 share/man/man1/kraid-inventory.1" "$(cd "moved tree" && find . -type f | cut -c3- | LC_ALL=C sort)"

@@ -334,7 +334,7 @@ TEST(Sanitize, HidesValuesAndKeepsWhatTheToolsMean) {
   EXPECT_EQ(run.reason, p("srv1") + ": " + okay + " is not there");
   EXPECT_EQ(*run.whole_error_output,
             okay + " on " + p("srv1") + "." + p("site") + ", " + p("AB1234") + ".");
-  EXPECT_EQ(*run.output,
+  EXPECT_EQ(*run.whole_output,
             "Logical drive name : " + okay + "\nStatus : Okay\n  Serial number: " + p("AB1234") +
                 " \r\nDevice ID : " + device + serial +
                 "\nDevice ID : SPULWERKTL200 DAT         A07L\nserial# : Not available\nsaid " +
