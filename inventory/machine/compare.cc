@@ -171,7 +171,7 @@ void Comparer::CompareDevices(std::size_t before, std::size_t now, const PartSco
       ++uncompared_devices_;
     } else {
       ChangesOf(Kind::kDevice, now, i, DescribeDevice(current[i]))
-          .Add(ChangeCode::kNew, "is new: " + IdentityOf(current[i]).Describe());
+          .Add(ChangeCode::kNew, WithIdentity("is new", IdentityOf(current[i])));
     }
   }
   const std::vector<Device>& old = earlier_.controllers[before].devices;
@@ -181,7 +181,7 @@ void Comparer::CompareDevices(std::size_t before, std::size_t now, const PartSco
       ++uncompared_devices_;
     } else {
       AddGone({Kind::kDevice, before, i}, DescribeDevice(old[i]),
-              "is gone: " + IdentityOf(old[i]).Describe());
+              WithIdentity("is gone", IdentityOf(old[i])));
     }
   }
 }
@@ -204,7 +204,7 @@ void Comparer::CompareDevice(std::size_t before, std::size_t number, const PartS
       from = DescribeController(earlier_.controllers[old_controller]) + ", " + from;
     }
     Change& moved = changes.Add(ChangeCode::kMoved,
-                                "moved here from " + from + ": " + IdentityOf(current).Describe());
+                                WithIdentity("moved here from " + from, IdentityOf(current)));
     moved.property = "place";
     moved.before = old.place.GetText();
     moved.after = current.place.GetText();
@@ -286,7 +286,7 @@ Comparison Compare(EarlierMachine earlier, const Machine& now, const std::string
   if (earlier.host != host) {
     Change& change = comparison.changes.emplace_back();
     change.code = ChangeCode::kHostChanged;
-    change.what = Readable("host: " + earlier.host + ", now " + host);
+    change.what = "host: " + Readable(earlier.host) + ", now " + Readable(host);
     change.property = "host";
     change.before = earlier.host;
     change.after = host;

@@ -25,6 +25,10 @@ Identity IdentityOf(const Controller& controller) {
   return {controller.serial_number, controller.type};
 }
 
+std::string WithIdentity(const std::string& what, const Identity& identity) {
+  return identity.serial_number || identity.model ? what + ": " + identity.Describe() : what;
+}
+
 void AddReplaced(const Identity& before, const Identity& now, PartChanges& changes) {
   const bool are_known = before.serial_number && now.serial_number;
   const std::string what =

@@ -20,6 +20,9 @@ struct Identity {
 Identity IdentityOf(const Device& device);
 Identity IdentityOf(const Controller& controller);
 
+/// "is gone: BRELLOW BX36W15, serial number K0441187"; the first only where nothing else is known.
+std::string WithIdentity(const std::string& what, const Identity& identity);
+
 /// "was replaced: serial number A, now B"
 void AddReplaced(const Identity& before, const Identity& now, PartChanges& changes);
 
