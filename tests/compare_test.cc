@@ -128,7 +128,7 @@ TEST(Compare, NamesJustWhatDiffersOfTheSampleMachine) {
 Changes since 2026-11-20 04:00:
   controller 1 (archive), device 1,1: was replaced: serial number K0441190, now K0990001
   controller 2 (mail), device 1,2: soft errors: 120, 6 more
-  controller 4: is gone, with 3 logical drives and 15 devices
+  controller 4: is gone (arcconf 1), with 3 logical drives and 15 devices
 )");
   const Machine before = read_before();
   EXPECT_EQ(text(Compare({"", "harbor1", read_before()}, before, "harbor1", {})),

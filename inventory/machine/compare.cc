@@ -246,7 +246,7 @@ void Comparer::AddNewController(std::size_t now) {
   if (unseen_before_.MayHide(current)) {
     comparison_.not_compared.push_back(DescribeController(current));
   } else {
-    ChangesOf(now).Add(ChangeCode::kNew, "is new, " + DescribeParts(current));
+    ChangesOf(now).Add(ChangeCode::kNew, WithParts("is new", current));
   }
   PartScope scope;
   scope.may_lack_now = unseen_now_.MayLack(current);
@@ -261,7 +261,7 @@ void Comparer::AddGoneController(std::size_t before) {
   if (unseen_now_.MayHide(old)) {
     comparison_.not_compared.push_back(DescribeController(old));
   } else {
-    AddGone({Kind::kController, before, 0}, "", "is gone, " + DescribeParts(old));
+    AddGone({Kind::kController, before, 0}, "", WithParts("is gone", old));
   }
 }
 

@@ -40,7 +40,8 @@ void AddReplaced(const Identity& before, const Identity& now, PartChanges& chang
   change.after = are_known ? now.serial_number : now.model;
 }
 
-std::string DescribeParts(const Controller& controller) {
-  return "with " + Counted(controller.logical_drives.size(), "logical drive") + " and " +
-         Counted(controller.devices.size(), "device");
+std::string WithParts(const std::string& what, const Controller& controller) {
+  const std::string tool = controller.tool ? " (" + controller.tool->Describe() + ")" : "";
+  return what + tool + ", with " + Counted(controller.logical_drives.size(), "logical drive") +
+         " and " + Counted(controller.devices.size(), "device");
 }

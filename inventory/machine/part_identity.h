@@ -26,8 +26,8 @@ std::string WithIdentity(const std::string& what, const Identity& identity);
 /// "was replaced: serial number A, now B"
 void AddReplaced(const Identity& before, const Identity& now, PartChanges& changes);
 
-/// "with 3 logical drives and 13 devices"
-std::string DescribeParts(const Controller& controller);
+/// "is gone (arcconf 1), with 3 logical drives and 13 devices"
+std::string WithParts(const std::string& what, const Controller& controller);
 
 /// "logical drive 2"
 template <class Drive>
