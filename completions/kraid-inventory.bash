@@ -1,7 +1,7 @@
 # Completion of kraid-inventory's command line for bash. It needs nothing of bash-completion.
 
 _kraid_inventory() {
-  local options="--as-host --check --color --format --help --list --log --no-lock --output --passes
+  local options="--as-host --check --color --compare --expect --format --help --list --log --no-lock --output --passes
     --plugin --root --runs --timeout --tool-timeout --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
@@ -26,7 +26,7 @@ _kraid_inventory() {
       compopt -o dirnames
       return
       ;;
-    --log | --output | --plugin)
+    --compare | --expect | --log | --output | --plugin)
       compopt -o default
       return
       ;;

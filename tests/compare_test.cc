@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "inventory/machine/read_machine.h"
+#include "inventory/machine/selection.h"
 #include "inventory/print/change_list.h"
 #include "inventory/print/check_line.h"
 #include "tests/instance_lines.h"
@@ -139,6 +140,28 @@ Changes since 2026-11-20 04:00:
   CompareExpected("sample/check_expect.txt", Printed([&](Sink& output) {
                     EXPECT_EQ(PrintCheck({report, now, &comparison}, {}, output), kCheckCritical);
                   }));
+}
+
+TEST(Compare, IsOfTheSelectedControllers) {
+  const std::pair<std::vector<std::uint64_t>, const char*> cases[] = {
+      {{2}, "|soft errors: 120, 6 more"},
+      {{1, 4},
+       "|was replaced: serial number K0441190, now K0990001"
+       "|is gone (arcconf 1), with 3 logical drives and 15 devices"},
+      {{5}, "no controller has the number 5"},
+  };
+  const auto repository = PublishChangedMachine();
+  const auto before = PublishSampleMachine();
+  for (const auto& [numbers, expected] : cases) {
+    Machine now = ReadMachine({"h", 0, {}, *repository});
+    Comparison comparison = Compare({"", "h", ReadMachine({"h", 0, {}, *before})}, now, "h", {});
+    std::string text = SelectControllers(numbers, now, &comparison);
+    for (const Change& change : comparison.changes) {
+      text += "|" + change.what;
+      EXPECT_TRUE(change.is_of_earlier || change.subject->controller < now.controllers.size());
+    }
+    EXPECT_EQ(text, expected);
+  }
 }
 
 TEST(Check, ExpectsWhatWasThere) {

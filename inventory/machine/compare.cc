@@ -51,6 +51,7 @@ class Comparer {
       }
     }
     for (std::size_t i = 0; i < earlier_.controllers.size(); ++i) {
+      comparison_.controllers_now.push_back(controllers_.NowOf(i));
       if (!controllers_.NowOf(i)) AddGoneController(i);
     }
     CompareManagerLogs();

@@ -1,6 +1,7 @@
 #ifndef INVENTORY_MACHINE_COMPARE_H_
 #define INVENTORY_MACHINE_COMPARE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -53,6 +54,8 @@ struct EarlierMachine {
 struct Comparison {
   std::string since;  ///< RFC 3339, as the earlier document has it; "" when it has none.
   Machine earlier;
+  /// Of each earlier controller the index of what it is in the machine that it was compared with.
+  std::vector<std::optional<std::size_t>> controllers_now;
   std::vector<Change> changes;
   /// For a person: what was seen at one of the two times only, and may well have been there at the
   /// other: "controller 3", "controller 2 (mail), 1 logical drive, 3 devices".
