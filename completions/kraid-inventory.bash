@@ -1,9 +1,9 @@
 # Completion of kraid-inventory's command line for bash. It needs nothing of bash-completion.
 
 _kraid_inventory() {
-  local options="--as-host --brief --check --color --controller --format --help --list --log --max-age
-    --no-lock --output --passes --plugin --record --replay --root --runs --sanitize --sanitize-key
-    --timeout --tool-timeout --verbose --version"
+  local options="--as-host --brief --check --color --compare --controller --expect --format --help --list
+    --log --max-age --no-lock --output --passes --plugin --record --replay --root --runs --sanitize
+    --sanitize-key --timeout --tool-timeout --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
   COMPREPLY=()
@@ -27,7 +27,7 @@ _kraid_inventory() {
       compopt -o dirnames
       return
       ;;
-    --log | --output | --plugin | --sanitize-key)
+    --compare | --expect | --log | --output | --plugin | --sanitize-key)
       compopt -o default
       return
       ;;

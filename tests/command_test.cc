@@ -285,6 +285,13 @@ TEST(Options, RefuseWhatIsWrong) {
                                  "--controller -1",
                                  "--controller 1 --format mof",
                                  "--controller 1 KVXSG_krDiskDrive",
+                                 "--check --compare x",
+                                 "--compare x KVXSG_krDiskDrive",
+                                 "--compare x --format mof",
+                                 "--compare ",
+                                 "--compare x --sanitize",
+                                 "--expect x",
+                                 "--check --expect x --sanitize",
                                  "--check=x"}) {
     const Parsed parsed(line);
     const bool is_check = line.find("--check") != std::string::npos;
@@ -304,6 +311,8 @@ TEST(Options, SayWhatIsAskedFor) {
   EXPECT_EQ(nothing.options->classes.size(), 28U);
   EXPECT_EQ(nothing.options->plugin, KRAID_BUILD_DIR "/lib/kraid-inventory/libkraid.pi.so");
   EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(60));
+  EXPECT_EQ(Parsed("--compare /x/../y").options->earlier, "/y");
+  EXPECT_EQ(Parsed("--check --expect /y").options->earlier, "/y");
   EXPECT_EQ(Parsed("--check").options->view, PrintCheck);
 
   const Parsed much(

@@ -6,41 +6,10 @@
 
 #include "inventory/machine/read_machine.h"
 #include "inventory/machine/selection.h"
+#include "tests/instance_lines.h"
 #include "tests/machine_files.h"
-#include "tests/print_to.h"
 
 namespace {
-
-using NKVXHMZ20::TCIMDateTime;
-using NKVXHMZ20::TCIMValue;
-
-/// The value of a property, of which the end of its name tells the type: "@" is a time, "|" an
-/// array of lines, "#" one of numbers.
-TCIMValue ValueOf(char type, const std::string& text) {
-  if (type == '@') return text.empty() ? TCIMDateTime() : TCIMDateTime(text);
-  if (type != '|' && type != '#') return text;
-  TCIMValue::Array elements;
-  std::istringstream parts(text);
-  for (std::string part; std::getline(parts, part, '|');) {
-    elements.push_back(type == '|' ? TCIMValue(part) : TCIMValue(std::uint32_t(std::stoul(part))));
-  }
-  const auto code = type == '|' ? TCIMValue::kString : TCIMValue::kUint32;
-  return {TCIMValue::TCIMType(code), elements.size(), elements};
-}
-
-/// Commits an instance, "CLASS;PROPERTY=VALUE;PROPERTY=VALUE".
-void CommitLine(standin::Repository& repository, const std::string& line) {
-  std::istringstream fields(line);
-  std::string class_name;
-  std::getline(fields, class_name, ';');
-  Properties properties;
-  for (std::string name, value; std::getline(fields, name, '=');) {
-    std::getline(fields, value, ';');
-    const TCIMValue typed = ValueOf(name.back(), value);
-    properties.emplace_back(name.substr(0, name.find_first_of("@|#")), typed);
-  }
-  Commit(repository, class_name.c_str(), properties);
-}
 
 /// " name=value" for each value that is neither empty nor 0.
 std::string Named(std::initializer_list<std::pair<const char*, std::string>> fields) {

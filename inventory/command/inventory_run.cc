@@ -22,10 +22,12 @@
 #include "inventory/command/messages.h"
 #include "inventory/command/output_file.h"
 #include "inventory/command/progress_line.h"
+#include "inventory/machine/compare.h"
 #include "inventory/machine/read_machine.h"
 #include "inventory/machine/selection.h"
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
+#include "inventory/print/document_reader.h"
 #include "inventory/runs/recording.h"
 #include "inventory/runs/recording_reader.h"
 #include "inventory/runs/recording_writer.h"
@@ -45,6 +47,7 @@ struct Outcome {
   std::unique_ptr<Report> report;
   Machine machine;
   std::vector<Problem> failures;  ///< Of the plug-in or the host.
+  std::optional<Comparison> comparison = {};
 };
 
 /// "cannot write FILE: WHY"
@@ -209,6 +212,13 @@ std::string WaitForLock(CollectionLock& lock, std::optional<std::chrono::millise
   return why;
 }
 
+/// The machine of the document that is to be compared with, where there is one.
+std::optional<EarlierMachine> ReadEarlier(const Options& options) {
+  if (options.earlier.empty()) return std::nullopt;
+  EarlierDocument document = ReadDocument(options.earlier);
+  return EarlierMachine{document.collected_at, document.host, std::move(document.machine)};
+}
+
 /// Returns the exit status, which only a check has a say in.
 int Print(const Options& options, const Outcome& outcome, OutputFile& output) {
   ViewOptions view;
@@ -217,7 +227,8 @@ int Print(const Options& options, const Outcome& outcome, OutputFile& output) {
   view.is_verbose = options.verbose;
   view.runs = options.runs;
   view.is_whole = options.all_classes;
-  return options.view({*outcome.report, outcome.machine}, view, output);
+  const Comparison* comparison = outcome.comparison ? &*outcome.comparison : nullptr;
+  return options.view({*outcome.report, outcome.machine, comparison}, view, output);
 }
 
 }  // namespace
@@ -238,6 +249,7 @@ int RunInventory(const Options& options) {
     const std::string why = WhyNoRecordingFits(options.record);
     if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
   }
+  std::optional<EarlierMachine> earlier = ReadEarlier(options);
   std::error_code error;
   if (!options.root.empty()) std::filesystem::current_path(options.root, error);
   if (error) {
@@ -261,6 +273,11 @@ int RunInventory(const Options& options) {
   Outcome outcome = TakeOutcome(options, limit, log, source);
   outcome.machine = ReadMachine(*outcome.report);
   AddProblems(options, outcome);
+  if (earlier) {
+    const Report& report = *outcome.report;
+    outcome.comparison =
+        Compare(std::move(*earlier), outcome.machine, report.host, report.problems);
+  }
   if (!log.GetError().empty()) {
     Complain(CannotWrite(options.log, log.GetError()));
     outcome.report->exit_status = kExitOutput;
@@ -271,7 +288,8 @@ int RunInventory(const Options& options) {
   }
   SayWhenASignalEnds("");
   if (!options.controllers.empty()) {
-    const std::string missing = SelectControllers(options.controllers, outcome.machine);
+    const std::string missing = SelectControllers(
+        options.controllers, outcome.machine, outcome.comparison ? &*outcome.comparison : nullptr);
     if (!missing.empty()) return refuse(missing, kExitFailed);
     SelectProblems(outcome.machine, outcome.report->problems);
   }

@@ -30,7 +30,8 @@ constexpr char kFooter[] =
     "  kraid-inventory                                    what is in this machine, what is broken\n"
     "  kraid-inventory --root /srv/tools --check          for monitoring; tools in "
     "/srv/tools/kraid\n"
-    "  kraid-inventory --format json KVXSG_krDiskDrive    the disk drives, for programs\n";
+    "  kraid-inventory --format json KVXSG_krDiskDrive    the disk drives, for programs\n"
+    "  kraid-inventory --compare last-week.json           what has changed since\n";
 
 /// The views that a format names. The instances as text and the check are asked for otherwise.
 constexpr std::pair<const char*, PrintView> kFormats[] = {
@@ -162,6 +163,16 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
   app.add_flag("--brief", options.brief, "text: what needs attention, and nothing else");
   app.add_flag("--check", check, "one line and the exit status for a monitoring system");
+  CLI::Option* const compare =
+      app.add_option("--compare", options.earlier,
+                     "text, json: also what has changed since FILE, an earlier JSON document")
+          ->type_name("FILE")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
+  CLI::Option* const expect =
+      app.add_option("--expect", options.earlier,
+                     "with --check: what FILE, an earlier JSON document, has is to be there")
+          ->type_name("FILE")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
   app.add_option("--controller", options.controllers,
                  "of these controllers only: text, check, the machine in JSON; repeatable")
       ->type_name("N")
@@ -239,6 +250,12 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (!options.controllers.empty() && (options.view == PrintMof || !options.all_classes)) {
     return RefuseUsage("--controller goes with neither mof nor classes", arguments, exit_status);
   }
+  if (compare->count() > 0 && (check || options.view == PrintMof || !options.all_classes)) {
+    return RefuseUsage("--compare is for the text report and json", arguments, exit_status);
+  }
+  if (expect->count() > 0 && !check) {
+    return RefuseUsage("--expect is for --check", arguments, exit_status);
+  }
   if (check) options.view = PrintCheck;
   options.is_check = check;
   if (is_text && !options.all_classes) options.view = PrintInstances;
@@ -269,8 +286,13 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       return RefuseUsage("--sanitize-key: " + key_file.string() + why, arguments, exit_status);
     }
   }
+  // The document may name what is to be hidden. One of a sanitized machine compares with a replay.
+  if (options.sanitize && !options.earlier.empty()) {
+    return RefuseUsage("--sanitize goes with neither --compare nor --expect", arguments,
+                       exit_status);
+  }
   for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log,
-                         &options.record, &options.replay}) {
+                         &options.record, &options.replay, &options.earlier}) {
     *path = Absolute(*path);
   }
   if (!options.log.empty() && options.log == options.output) {

@@ -34,7 +34,8 @@ struct Options {
   std::filesystem::path replay;                      // empty: the tools of this machine run
   std::optional<std::chrono::milliseconds> max_age;  // of what is replayed; none: any
   bool sanitize = false;
-  std::string sanitize_key;  // empty: a random one
+  std::string sanitize_key;       // empty: a random one
+  std::filesystem::path earlier;  // a JSON document to compare with; empty: none
   bool brief = false;
   bool verbose = false;
 };

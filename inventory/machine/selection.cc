@@ -19,6 +19,25 @@ bool Follow(const NewIndices& indices, Subject& subject) {
   return index.has_value();
 }
 
+std::optional<std::uint64_t> NumberOf(const Controller& controller) {
+  return controller.number ? controller.number->value : std::nullopt;
+}
+
+/// Adds to `known` the numbers of controllers that are gone.
+void SelectChanges(const NewIndices& indices, const std::unordered_set<std::uint64_t>& wanted,
+                   Comparison& comparison, std::unordered_set<std::uint64_t>& known) {
+  std::erase_if(comparison.changes, [&](Change& change) {
+    if (!change.subject) return false;
+    if (!change.is_of_earlier) return !Follow(indices, *change.subject);
+    const std::size_t before = change.subject->controller;
+    // What is gone of a controller that is there goes with it.
+    if (const auto same = comparison.controllers_now[before]) return !indices[*same];
+    const auto number = NumberOf(comparison.earlier.controllers[before]);
+    if (number) known.insert(*number);
+    return !number || !wanted.contains(*number);
+  });
+}
+
 std::string DescribeMissing(const std::vector<std::uint64_t>& numbers,
                             const std::unordered_set<std::uint64_t>& known) {
   std::string missing;
@@ -31,13 +50,14 @@ std::string DescribeMissing(const std::vector<std::uint64_t>& numbers,
 
 }  // namespace
 
-std::string SelectControllers(const std::vector<std::uint64_t>& numbers, Machine& machine) {
+std::string SelectControllers(const std::vector<std::uint64_t>& numbers, Machine& machine,
+                              Comparison* comparison) {
   const std::unordered_set<std::uint64_t> wanted(numbers.begin(), numbers.end());
   std::unordered_set<std::uint64_t> known;
   std::vector<Controller> selected;
   NewIndices indices;
   for (Controller& controller : machine.controllers) {
-    const auto number = controller.number ? controller.number->value : std::nullopt;
+    const auto number = NumberOf(controller);
     if (number) known.insert(*number);
     if (!number || !wanted.contains(*number)) {
       indices.emplace_back();
@@ -49,6 +69,7 @@ std::string SelectControllers(const std::vector<std::uint64_t>& numbers, Machine
   machine.controllers = std::move(selected);
   std::erase_if(machine.findings,
                 [&](Finding& finding) { return !Follow(indices, finding.subject); });
+  if (comparison != nullptr) SelectChanges(indices, wanted, *comparison, known);
   return DescribeMissing(numbers, known);
 }
 

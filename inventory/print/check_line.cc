@@ -77,7 +77,7 @@ std::string Describe(const CheckVerdict& verdict, const Machine& machine) {
 
 int PrintCheck(const ViewInput& input, const ViewOptions& /*options*/, Sink& output) {
   const Machine& machine = input.machine;
-  const CheckVerdict verdict = JudgeCheck(machine, input.report.problems);
+  const CheckVerdict verdict = JudgeCheck(machine, input.comparison, input.report.problems);
   output.Write(FormatLine(verdict.status, Describe(verdict, machine), FormatPerformance(machine)));
   return verdict.status;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inventory/base/readable.h"
+#include "inventory/print/change_list.h"
 #include "inventory/print/controller_tree.h"
 #include "inventory/print/event_logs.h"
 #include "inventory/print/flow.h"
@@ -143,6 +144,7 @@ int PrintText(const ViewInput& input, const ViewOptions& options, Sink& output) 
   TextWriter writer(options.display, output);
   PrintSummary(report, machine, writer);
   PrintProblems(report, options.is_verbose, writer);
+  if (comparison != nullptr) PrintChanges(*comparison, writer);
   if (options.is_brief) return report.exit_status;
   PrintAbsentTools(report, writer);
   if (machine.controllers.empty()) PrintHint(report.root, writer);
