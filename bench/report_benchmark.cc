@@ -89,7 +89,20 @@ void Fill(standin::Repository& repository, int drives) {
                                      {"Channel", "1"},
                                      {"ScsiId", " " + number + "\n"},
                                      {"State", i % 100 == 0 ? " Defunct\n" : " Online\n"},
-                                     {"PFA", " No\n"}});
+                                     {"PFA", " No\n"},
+                                     {"DeviceType", " Hard disk\n"},
+                                     {"Size", " 34715/71096320\n"},
+                                     {"DeviceCode", " BRELLOW BX36W15"},
+                                     {"DeviceSerialNum", "K" + number},
+                                     {"FRU", " FR-36150\n"},
+                                     {"Firmware", "S2BK"},
+                                     {"Vendor", ""},
+                                     {"Model", ""},
+                                     {"Enclosure", ""},
+                                     {"TransferSpeed", ""},
+                                     {"ReportedChannel", ""},
+                                     {"WorldWideName", ""},
+                                     {"WriteCache", ""}});
     commit("KVXSG_krSCSIDeviceData", {{"InstanceID", "KelvaRAID:1C1S" + number},
                                       {"ControllerNum", "1"},
                                       {"Channel", "1"},
@@ -124,6 +137,16 @@ void BM_TwiceTheInstances(benchmark::State& state) {
   state.SetLabel(kFormatNames[state.range(0)]);
 }
 BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
+
+/// Devices a second, read and judged.
+void BM_ReadMachine(benchmark::State& state) {
+  standin::Repository repository;
+  Fill(repository, 20'000);
+  const Report report = {"host", 0, {}, repository};
+  for (auto _ : state) benchmark::DoNotOptimize(ReadMachine(report).controllers.size());
+  state.SetItemsProcessed(state.iterations() * 20'000);
+}
+BENCHMARK(BM_ReadMachine)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

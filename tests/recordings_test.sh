@@ -96,6 +96,7 @@ sed -i '0,/"exited"/s//"finished"/' recording.json|runs[0].end: is no way to end
 sed -i '0,/"exit_status": 0/s//"exit_status": "0"/' recording.json|runs[0].exit_status: is no whole number
 sed -i '0,/"exit_status": 0/s//"exit_status": 256/' recording.json|runs[0].exit_status: is out of its range
 sed -i 's/"host": .*/"host": 7,/' recording.json|recording.json: host: is no text
+sed -i 's/"passes": .*/"passes": 101,/' recording.json|passes: is out of its range
 sed -i '/"passes"/d' recording.json|recording.json: passes: is missing
 sed -i 's/"collected_at": .*/"collected_at": "2005-13-01T00:00:00Z",/' recording.json|collected_at: is no time
 sed -i '0,/ 1,/s// 2,/' recording.json|recording_version: is one that this program does not read
@@ -103,6 +104,7 @@ END
 
 # Places that no recording may take, and ages.
 mkdir full && touch full/file
+cp -r "$source/demo" demo
 cp -r copy before
 while IFS='|' read -r status arguments message; do
   output=$($command $arguments 2>&1 >/dev/null)
@@ -111,6 +113,9 @@ while IFS='|' read -r status arguments message; do
 done <<END
 3|--record full|there is something else than a recording in it
 3|--record full/file|it is no folder
+3|--record demo|it holds
+3|--record new --plugin key|nothing was collected
+2|--record new --passes 101|100 passes at most
 3|--record absent/there|No such file or directory
 1|--replay copy --max-age 60|was recorded at 2005-03-15T04:00:05-05:00,
 0|--replay recorded --max-age 600|

@@ -73,7 +73,8 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
       ShowErrorOutput(record);
     };
   }
-  if (options.output.empty()) observer.why_stop = WhyNobodyReads;
+  // A recording is for others, too.
+  if (options.output.empty() && options.record.empty()) observer.why_stop = WhyNobodyReads;
   return observer;
 }
 

@@ -16,6 +16,7 @@
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
 #include "inventory/print/text_report.h"
+#include "inventory/runs/recording_index.h"
 #include "standin/schema.h"
 
 namespace {
@@ -271,6 +272,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (max_age->count() > 0) options.max_age = Milliseconds(max_age_s);
   if (record->count() > 0 && !options.all_classes) {
     return RefuseUsage("--record goes with no classes: it keeps all", arguments, exit_status);
+  }
+  if (record->count() > 0 && options.passes > kMostRecordedPasses) {
+    return RefuseUsage("--record goes with 100 passes at most", arguments, exit_status);
   }
   if (max_age->count() > replay->count()) {
     return RefuseUsage("--max-age is of what --replay shows", arguments, exit_status);

@@ -47,8 +47,8 @@ std::size_t LetterLength(std::string_view text, std::size_t index) {
   return length;
 }
 
-std::vector<Digit> DigitsOf(std::string_view text) {
-  const unsigned letters = IsHexadecimal(text) ? 6 : 26;
+std::vector<Digit> DigitsOf(std::string_view text, bool is_hexadecimal) {
+  const unsigned letters = is_hexadecimal ? 6 : 26;
   std::vector<Digit> digits;
   const auto add = [&](std::size_t index, unsigned char first, unsigned size) {
     digits.push_back(
@@ -81,10 +81,18 @@ Pseudonyms::Pseudonyms(std::string_view key) {
   }
 }
 
+// What is not hexadecimal is moved on until it is not again: the two kinds stay apart.
+std::string Pseudonyms::Of(std::string_view text) const {
+  const bool is_hexadecimal = IsHexadecimal(text);
+  std::string pseudonym = Permuted(text, is_hexadecimal);
+  while (!is_hexadecimal && IsHexadecimal(pseudonym)) pseudonym = Permuted(pseudonym, false);
+  return pseudonym;
+}
+
 // Each half in turn is moved by what the key makes of the other one (a Feistel network), so that it
 // can be taken back, whatever the key makes. What stays as it is has a say, too.
-std::string Pseudonyms::Of(std::string_view text) const {
-  std::vector<Digit> digits = DigitsOf(text);
+std::string Pseudonyms::Permuted(std::string_view text, bool is_hexadecimal) const {
+  std::vector<Digit> digits = DigitsOf(text, is_hexadecimal);
   std::string shape(text);
   for (const Digit& digit : digits) shape[digit.index] = static_cast<char>(digit.first);
   const std::span<Digit> all(digits);

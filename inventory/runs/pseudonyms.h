@@ -19,6 +19,8 @@ class Pseudonyms {
   std::string OfName(std::string_view name) const;
 
  private:
+  std::string Permuted(std::string_view text, bool is_hexadecimal) const;
+
   std::array<unsigned char, 32> key_{};
 };
 

@@ -13,5 +13,6 @@ inline constexpr std::size_t kLargestIndex = std::size_t{16} << 20;
 inline constexpr std::size_t kLargestRecordedFile = std::size_t{64} << 20;
 inline constexpr std::size_t kLargestRecording = std::size_t{384} << 20;
 inline constexpr std::size_t kMostRecordedRuns = 100'000;
+inline constexpr int kMostRecordedPasses = 100;
 
 #endif  // INVENTORY_RUNS_RECORDING_INDEX_H_

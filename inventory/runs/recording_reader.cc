@@ -109,7 +109,7 @@ class IndexReader {
     recording.host = index_["host"].Text();
     recording.root = index_["root"].Text();
     recording.as_host = index_["as_host"].Bool();
-    recording.passes = static_cast<int>(Bounded(index_["passes"], 1, 1'000'000));
+    recording.passes = static_cast<int>(Bounded(index_["passes"], 1, kMostRecordedPasses));
     recording.collected_at = Time(index_["collected_at"]);
     recording.duration = Milliseconds(index_["duration_ms"]);
     for (const JsonView& time : index_["clock"].Items()) recording.clock.push_back(Time(time));

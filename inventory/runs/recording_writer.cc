@@ -174,10 +174,39 @@ fs::path PlaceOf(const fs::path& folder) {
   return place.has_filename() ? place : place.parent_path();
 }
 
-mode_t FolderMode() {
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0777 & ~mask;
+/// Gives the new folder the permissions and group of the one that it replaces, or those of any.
+void Permit(const fs::path& unfinished, const fs::path& place) {
+  struct stat status {};
+  mode_t mode = 0;
+  if (stat(place.c_str(), &status) == 0) {
+    mode = status.st_mode & 0777;
+    // Whoever may not give it to the group keeps it for his own.
+    if (chown(unfinished.c_str(), static_cast<uid_t>(-1), status.st_gid) != 0) mode &= 0707;
+  } else {
+    const mode_t mask = umask(0);
+    umask(mask);
+    mode = 0777 & ~mask;
+  }
+  if (chmod(unfinished.c_str(), mode) != 0) Fail(unfinished.string());
+}
+
+/// Whether a recording may hold a file of this path: what else is there is somebody's.
+bool IsOfRecording(const fs::path& path) {
+  if (path == kRecordingIndex) return true;
+  auto part = path.begin();
+  const std::string top = part->string();
+  ++part;
+  if (top == "kraid") return part != path.end() && part->extension() == ".d";
+  return top == "KelvMgr" || top == "runs";
+}
+
+/// The first file in the folder that is of no recording; "" when there is none.
+std::string FindForeign(const fs::path& folder) {
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    const fs::path path = fs::relative(entry.path(), folder);
+    if (!entry.is_directory() && !IsOfRecording(path)) return path.string();
+  }
+  return "";
 }
 
 /// Puts the new folder in place; what stood there before is then at the new one's first place.
@@ -214,6 +243,8 @@ std::string WhyNoRecordingFits(const fs::path& folder) {
     if (!is_recording && !fs::is_empty(folder, error)) {
       return "there is something else than a recording in it";
     }
+    const std::string foreign = FindForeign(folder);
+    if (!foreign.empty()) return "it holds " + foreign + ", which is of no recording";
   }
   const fs::path parent = PlaceOf(folder).parent_path();
   return access(parent.c_str(), W_OK | X_OK) == 0 ? ""
@@ -226,13 +257,14 @@ std::string WriteRecording(const Recording& recording, const fs::path& folder) {
   std::string error;
   try {
     const fs::path place = PlaceOf(folder);
+    if (recording.runs.empty()) throw std::runtime_error("nothing was collected");
     unfinished = (place.parent_path() / ("." + place.filename().string() + ".XXXXXX")).string();
     if (mkdtemp(unfinished.data()) == nullptr) {
       unfinished.clear();
       Fail(place.string());
     }
     FolderWriter(unfinished).Write(recording);
-    if (chmod(unfinished.c_str(), FolderMode()) != 0) Fail(unfinished);
+    Permit(unfinished, place);
     Flush(unfinished);
     if (const std::string why = WhyNoRecordingFits(folder); !why.empty()) {
       throw std::runtime_error(why);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -82,8 +83,9 @@ enum class Secret { kNone, kId, kName, kDeviceId };
 /// What stands behind a label. The words are looked for in lower case, anywhere in it.
 Secret SecretBehind(std::string_view label) {
   static constexpr std::pair<std::string_view, Secret> kRows[] = {
-      {"serial", Secret::kId}, {"world-wide", Secret::kId}, {"world wide", Secret::kId},
-      {"wwn", Secret::kId},    {"name", Secret::kName},     {"device id", Secret::kDeviceId},
+      {"serial attached", Secret::kNone}, {"serial", Secret::kId}, {"world-wide", Secret::kId},
+      {"world wide", Secret::kId},        {"wwn", Secret::kId},    {"name", Secret::kName},
+      {"device id", Secret::kDeviceId},
   };
   const std::string lower = Lower(label);
   for (const auto& [word, secret] : kRows) {
@@ -112,6 +114,17 @@ struct Line {
   std::string_view rest;
   Secret secret = Secret::kNone;
 };
+
+/// What a tool says of rights or of absent controllers is judged by these words: they stay, though
+/// a drive may be called so.
+bool IsWordOfJudgement(std::string_view name) {
+  static constexpr std::string_view kWords[] = {
+      "permission", "permitted", "denied",  "privilege", "root",  "superuser", "administrator",
+      "controller", "adapter",   "present", "found",     "exist", "such",      "invalid",
+      "unknown",    "installed", "range",   "not",       "no",    "out",       "of",
+      "does"};
+  return std::find(std::begin(kWords), std::end(kWords), Lower(name)) != std::end(kWords);
+}
 
 template <class Use>
 void ForEachLine(std::string_view text, const Use& use) {
@@ -174,7 +187,7 @@ class Sanitizer {
 
   /// A name that may be a word of the tools' is left alone where they may mean the word.
   void AddName(std::string_view name) {
-    if (!HasLetter(name)) return;
+    if (!HasLetter(name) || IsWordOfJudgement(name)) return;
     const std::string pseudonym = pseudonyms_.OfName(name);
     in_messages_.Add(std::string(name), pseudonym);
     const bool is_word =

@@ -148,7 +148,7 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   const bool is_last = bounds_.collection && TimeLeft() < limits.time;
   if (is_last) limits.time = TimeLeft();
   const std::size_t room = bounds_.output_bytes - output_bytes_;
-  const bool fills_room = sharing_ == Sharing::kOn && room < limits.output_bytes;
+  const bool fills_room = KeepsOutputs() && room < limits.output_bytes;
   if (fills_room) limits.output_bytes = room;
   const auto start = Clock::now();
   standin::ProcessResult result = process_(program, arguments, limits);
@@ -180,10 +180,8 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
     record.whole_output = output;
     record.whole_error_output = std::make_shared<const std::string>(std::move(result.error_output));
   }
-  if (record.reason.empty()) {
-    record.output = std::move(output);
-    if (sharing_ == Sharing::kOn) output_bytes_ += record.output->size();
-  }
+  if (record.reason.empty() || bounds_.keeps_all) output_bytes_ += output->size();
+  if (record.reason.empty()) record.output = std::move(output);
   return record;
 }
 
@@ -194,6 +192,9 @@ std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
     return "was not run: the time limit of the whole collection, " + Seconds(*bounds_.collection) +
            ", was over";
   }
+  if (KeepsOutputs() && output_bytes_ >= bounds_.output_bytes) {
+    return "was not run: the outputs before it had used up the " + MebibytesInAll();
+  }
   if (sharing_ == Sharing::kOff) return "";
   const auto hangs = hangs_.find(record.program);
   if (hangs != hangs_.end() && hangs->second >= bounds_.hangs) {
@@ -201,9 +202,6 @@ std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
   }
   if (hanging_controllers_.contains({record.program, record.Controller()})) {
     return "was not run: the tool had hung over this controller";
-  }
-  if (output_bytes_ >= bounds_.output_bytes) {
-    return "was not run: the outputs before it had used up the " + MebibytesInAll();
   }
   return "";
 }

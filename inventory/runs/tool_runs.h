@@ -81,6 +81,8 @@ class ToolRuns {
                    const std::string& command_line);
   RunRecord Start(const std::string& program, const std::vector<std::string>& arguments);
   std::string WhyNotAsked(const RunRecord& record) const;
+  /// As a host it does not, unless for a recording.
+  bool KeepsOutputs() const { return sharing_ == Sharing::kOn || bounds_.keeps_all; }
   std::string MebibytesInAll() const;
   std::chrono::milliseconds TimeLeft() const;
 
