@@ -27,6 +27,7 @@ share/doc/kraid-inventory/json.md
 share/doc/kraid-inventory/mof.md
 share/doc/kraid-inventory/recordings.md
 share/doc/kraid-inventory/report.md
+share/kraid-inventory/inventory.schema.json
 share/kraid-inventory/kvxsg.mof
 share/man/man1/kraid-inventory.1" "$(cd "moved tree" && find . -type f | cut -c3- | LC_ALL=C sort)"
 
