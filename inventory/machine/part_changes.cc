@@ -82,6 +82,7 @@ const Number* Largest(const std::vector<const Number*>& counts) {
 
 std::optional<Number> Largest(const std::vector<Number>& counts) {
   std::vector<const Number*> all;
+  all.reserve(counts.size());
   for (const Number& count : counts) all.push_back(&count);
   const Number* largest = Largest(all);
   return largest == nullptr ? std::nullopt : std::optional(*largest);

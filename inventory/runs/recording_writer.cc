@@ -126,7 +126,8 @@ class FolderWriter {
       const auto [known, is_new] = kept_.emplace(name, &text);
       if (is_new) Store(name, text);
       if (is_new || *known->second == text) return name;
-      name = stem + "-" + std::to_string(i) + extension;
+      name = stem;
+      name.append("-").append(std::to_string(i)).append(extension);
     }
   }
 
