@@ -216,8 +216,7 @@ std::string WaitForLock(CollectionLock& lock, std::optional<std::chrono::millise
 /// The machine of the document that is to be compared with, where there is one.
 std::optional<EarlierMachine> ReadEarlier(const Options& options) {
   if (options.earlier.empty()) return std::nullopt;
-  EarlierDocument document = ReadDocument(options.earlier);
-  return EarlierMachine{document.collected_at, document.host, std::move(document.machine)};
+  return ReadDocument(options.earlier);
 }
 
 /// Returns the exit status, which only a check has a say in.

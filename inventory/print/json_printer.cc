@@ -1,159 +1,111 @@
 #include "inventory/print/json_printer.h"
 
-#include <functional>
-#include <nlohmann/json.hpp>
 #include <set>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "inventory/base/program.h"
 #include "inventory/base/times.h"
+#include "inventory/print/field_writer.h"
+#include "inventory/print/findings_json.h"
+#include "inventory/print/json_writer.h"
+#include "inventory/print/machine_json.h"
 
 namespace {
 
+using NKVXHMZ20::TCIMReference;
 using NKVXHMZ20::TCIMValue;
 
-/// Writes JSON piece by piece: what is large, an output of many lines or many instances, is never
-/// in memory a second time.
-class JsonWriter {
- public:
-  explicit JsonWriter(Sink& output) : output_(output) {}
+void WriteValue(const TCIMValue& value, JsonWriter& json);
 
-  void String(const std::string& text) {
-    using nlohmann::json;
-    output_.Write(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+/// An object whose members are each a name and a value of CIM.
+template <class Members, class NameOf>
+void WriteValues(const Members& members, const NameOf& name_of, JsonWriter& json) {
+  json.Open('{');
+  for (const auto& member : members) {
+    const auto& [name, value] = name_of(member);
+    json.Name(name);
+    WriteValue(value, json);
   }
+  json.Close('}');
+}
 
-  /// Each element on a line of its own, written by `write`.
-  template <class Elements, class Write>
-  void List(char open, char close, const Elements& elements, const Write& write) {
-    output_.Write({&open, 1});
-    ++depth_;
-    bool first = true;
-    for (const auto& element : elements) {
-      output_.Write(first ? "\n" : ",\n");
-      output_.Write(std::string(depth_ * 2, ' '));
-      write(element);
-      first = false;
-    }
-    --depth_;
-    if (!first) {
-      output_.Write("\n");
-      output_.Write(std::string(depth_ * 2, ' '));
-    }
-    output_.Write({&close, 1});
+void WriteReference(const TCIMReference& reference, JsonWriter& json) {
+  json.Open('{');
+  FieldWriter fields(json);
+  fields("class", reference.GetClassName());
+  fields.Value("keys", [&](JsonWriter&) {
+    WriteValues(
+        reference.GetKeys(), [](const auto& key) { return std::tie(key.first, key.second); }, json);
+  });
+  json.Close('}');
+}
+
+void WriteValue(const TCIMValue& value, JsonWriter& json) {
+  if (value.IsArray()) {
+    return json.Array(value.GetArray(),
+                      [&json](const TCIMValue& element) { WriteValue(element, json); });
   }
-
-  void Value(const TCIMValue& value) {
-    if (value.IsArray()) {
-      List('[', ']', value.GetArray(), [this](const TCIMValue& element) { Value(element); });
-      return;
-    }
-    switch (value.GetType().GetCode()) {
-      case TCIMValue::kNull:
-        return output_.Write("null");
-      case TCIMValue::kUint16:
-      case TCIMValue::kUint32:
-        return output_.Write(std::to_string(value.GetNumber()));
-      case TCIMValue::kString:
-        return String(value.GetString());
-      case TCIMValue::kDateTime:
-        return String(value.GetDateTime().ToString());
-      case TCIMValue::kReference:
-        return Reference(value.GetReference());
-    }
+  switch (value.GetType().GetCode()) {
+    case TCIMValue::kNull:
+      return json.Null();
+    case TCIMValue::kUint16:
+    case TCIMValue::kUint32:
+      return json.Number(value.GetNumber());
+    case TCIMValue::kString:
+      return json.String(value.GetString());
+    case TCIMValue::kDateTime:
+      return json.String(value.GetDateTime().ToString());
+    case TCIMValue::kReference:
+      return WriteReference(value.GetReference(), json);
   }
+}
 
-  void Reference(const NKVXHMZ20::TCIMReference& reference) {
-    Object({{"class", [&] { String(reference.GetClassName()); }},
-            {"keys", [&] {
-               List('{', '}', reference.GetKeys(), [this](const auto& key) {
-                 Name(key.first);
-                 Value(key.second);
-               });
-             }}});
-  }
+void WriteInstance(FieldWriter& fields, const standin::StoredInstance& instance) {
+  fields("class", *instance.class_name);
+  fields.Value("properties", [&](JsonWriter& json) {
+    WriteValues(
+        instance.properties,
+        [](const auto& property) { return std::tie(*property.name, property.value); }, json);
+  });
+}
 
-  void Instance(const standin::StoredInstance& instance) {
-    Object({{"class", [&] { String(*instance.class_name); }},
-            {"properties", [&] {
-               List('{', '}', instance.properties, [this](const standin::StoredProperty& property) {
-                 Name(*property.name);
-                 Value(property.value);
-               });
-             }}});
-  }
+/// What and why for people, the rest for programs; what a problem does not have is left out.
+void WriteProblem(FieldWriter& fields, const Problem& problem) {
+  fields("what", problem.what);
+  fields("why", problem.why);
+  fields("kind", NameOf(problem.kind));
+  if (!problem.tool.empty()) fields("tool", problem.tool);
+  if (!problem.command.empty()) fields("command", problem.command);
+  if (problem.controller != 0) fields("controller", problem.controller);
+  if (problem.count != 0) fields("count", problem.count);
+  if (problem.is_blind) fields("is_blind", true);
+}
 
-  /// What and why for people, the rest for programs; what a problem does not have is left out.
-  void Problem(const ::Problem& problem) {
-    std::vector<Member> members = {{"what", [&] { String(problem.what); }},
-                                   {"why", [&] { String(problem.why); }},
-                                   {"kind", [&] { String(NameOf(problem.kind)); }}};
-    if (!problem.tool.empty()) members.push_back({"tool", [&] { String(problem.tool); }});
-    if (!problem.command.empty()) members.push_back({"command", [&] { String(problem.command); }});
-    if (problem.controller != 0) {
-      members.push_back({"controller", [&] { Number(problem.controller); }});
-    }
-    if (problem.count != 0) members.push_back({"count", [&] { Number(problem.count); }});
-    Object(members);
-  }
+void WriteTime(FieldWriter& fields, const char* name, const NKVXHMZ20::TCIMDateTime& time) {
+  fields(name, MakeText(Rfc3339(time)));
+}
 
-  void Run(const RunRecord& run) {
-    std::vector<Member> members = {
-        {"program", [&] { String(run.program); }},
-        {"arguments",
-         [&] {
-           List('[', ']', run.arguments, [this](const std::string& argument) { String(argument); });
-         }},
-        {"started_at", [&] { Time(run.started); }},
-        {"duration_seconds", [&] { output_.Write(SecondsText(run.duration)); }},
-        {"end", [&] { String(NameOf(run.end)); }},
-        {"output_bytes", [&] { Number(run.output_bytes); }},
-        {"error_bytes", [&] { Number(run.error_bytes); }},
-        {"error_output", [&] { String(run.error_output); }}};
-    if (run.end == RunEnd::kExited) {
-      members.push_back({"exit_status", [&] { Number(run.exit_status); }});
-    }
-    if (run.end == RunEnd::kSignalled) members.push_back({"signal", [&] { Number(run.signal); }});
-    if (!run.reason.empty()) members.push_back({"reason", [&] { String(run.reason); }});
-    if (!run.why_unreadable.empty()) {
-      members.push_back({"unreadable", [&] { String(run.why_unreadable); }});
-    }
-    Object(members);
-  }
+void WriteDuration(FieldWriter& fields, std::chrono::milliseconds duration) {
+  fields.Value("duration_seconds", [&](JsonWriter& json) { json.Raw(SecondsText(duration)); });
+}
 
-  using Member = std::pair<const char*, std::function<void()>>;
-  void Object(const std::vector<Member>& members) {
-    List('{', '}', members, [this](const auto& member) {
-      Name(member.first);
-      member.second();
-    });
-  }
-
-  void Time(const NKVXHMZ20::TCIMDateTime& time) {
-    const std::string text = Rfc3339(time);
-    text.empty() ? output_.Write("null") : String(text);
-  }
-
-  template <class Integer>
-  void Number(Integer number) {
-    output_.Write(std::to_string(number));
-  }
-
- private:
-  void Name(const std::string& name) {
-    String(name);
-    output_.Write(": ");
-  }
-
-  Sink& output_;
-  std::size_t depth_ = 0;
-};
-
-}  // namespace
-
-namespace {
+void WriteRun(FieldWriter& fields, const RunRecord& run) {
+  fields("program", run.program);
+  fields("arguments", run.arguments);
+  WriteTime(fields, "started_at", run.started);
+  WriteDuration(fields, run.duration);
+  fields("end", NameOf(run.end));
+  fields("output_bytes", run.output_bytes);
+  fields("error_bytes", run.error_bytes);
+  fields("error_output", run.error_output);
+  if (run.end == RunEnd::kExited) fields("exit_status", run.exit_status);
+  if (run.end == RunEnd::kSignalled) fields("signal", run.signal);
+  if (!run.reason.empty()) fields("reason", run.reason);
+  if (!run.why_unreadable.empty()) fields("unreadable", run.why_unreadable);
+}
 
 /// A tool that is not there has failed nobody.
 std::vector<const RunRecord*> ShownRuns(const Report& report, RunsShown shown) {
@@ -172,35 +124,48 @@ std::vector<const RunRecord*> ShownRuns(const Report& report, RunsShown shown) {
   return runs;
 }
 
+void WriteCollection(FieldWriter& fields, const Report& report, RunsShown runs) {
+  fields.Value("format_version", [](JsonWriter& json) { json.Raw("[1, 1]"); });
+  fields.Group("generator", [](FieldWriter& generator) {
+    generator("name", kProgramName);
+    generator("version", kProgramVersion);
+  });
+  fields("host", report.host);
+  WriteTime(fields, "collected_at", report.collected_at);
+  WriteDuration(fields, report.duration);
+  fields("exit_status", report.exit_status);
+  fields.Objects("problems", report.problems, WriteProblem);
+  fields.Objects("runs", ShownRuns(report, runs),
+                 [](FieldWriter& run_fields, const RunRecord* run) { WriteRun(run_fields, *run); });
+}
+
+/// Null where most of the machine was not asked for.
+void WriteMachine(FieldWriter& fields, const ViewInput& input, bool is_whole) {
+  if (is_whole) {
+    fields.Value("machine", [&](JsonWriter& json) { WriteMachineJson(input.machine, json); });
+    WriteFindings(input.machine, fields);
+  } else {
+    fields.WriteNull("machine");
+    fields.WriteNull("findings");
+  }
+  if (input.comparison != nullptr) WriteComparison(input.machine, *input.comparison, fields);
+}
+
 }  // namespace
 
 int PrintJson(const ViewInput& input, const ViewOptions& options, Sink& output) {
-  const Report& report = input.report;
-  JsonWriter writer(output);
-  writer.Object({{"format_version", [&] { output.Write("[1, 1]"); }},
-                 {"generator",
-                  [&] {
-                    writer.Object({{"name", [&] { writer.String(kProgramName); }},
-                                   {"version", [&] { writer.String(kProgramVersion); }}});
-                  }},
-                 {"host", [&] { writer.String(report.host); }},
-                 {"collected_at", [&] { writer.Time(report.collected_at); }},
-                 {"duration_seconds", [&] { output.Write(SecondsText(report.duration)); }},
-                 {"exit_status", [&] { output.Write(std::to_string(report.exit_status)); }},
-                 {"problems",
-                  [&] {
-                    writer.List('[', ']', report.problems,
-                                [&](const Problem& problem) { writer.Problem(problem); });
-                  }},
-                 {"runs",
-                  [&] {
-                    writer.List('[', ']', ShownRuns(report, options.runs),
-                                [&](const RunRecord* run) { writer.Run(*run); });
-                  }},
-                 {"instances", [&] {
-                    writer.List('[', ']', report.repository.GetCommitted(),
-                                [&](const auto& instance) { writer.Instance(*instance); });
-                  }}});
+  JsonWriter json(output);
+  json.Open('{');
+  FieldWriter fields(json);
+  WriteCollection(fields, input.report, options.runs);
+  WriteMachine(fields, input, options.is_whole);
+  if (options.has_instances) {
+    fields.Objects("instances", input.report.repository.GetCommitted(),
+                   [](FieldWriter& instance_fields, const auto& instance) {
+                     WriteInstance(instance_fields, *instance);
+                   });
+  }
+  json.Close('}');
   output.Write("\n");
-  return report.exit_status;
+  return input.report.exit_status;
 }

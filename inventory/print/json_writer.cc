@@ -1,0 +1,53 @@
+#include "inventory/print/json_writer.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+bool NeedsNoEscape(char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; }
+
+}  // namespace
+
+void JsonWriter::String(const std::string& text) {
+  using nlohmann::json;
+  if (std::all_of(text.begin(), text.end(), NeedsNoEscape)) {
+    Raw("\"");
+    Raw(text);
+    return Raw("\"");
+  }
+  Raw(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+}
+
+void JsonWriter::Open(char bracket) {
+  Raw({&bracket, 1});
+  ++depth_;
+  is_first_ = true;
+}
+
+void JsonWriter::Element() {
+  if (!is_first_) Raw(",");
+  StartLine();
+  is_first_ = false;
+}
+
+void JsonWriter::Name(const std::string& name) {
+  Element();
+  String(name);
+  Raw(": ");
+}
+
+void JsonWriter::Close(char bracket) {
+  --depth_;
+  if (!is_first_) StartLine();
+  is_first_ = false;
+  Raw({&bracket, 1});
+}
+
+void JsonWriter::StartLine() {
+  static const std::string kBlanks(64, ' ');
+  Raw("\n");
+  for (std::size_t left = depth_ * 2; left > 0; left -= std::min(left, kBlanks.size())) {
+    Raw(std::string_view(kBlanks).substr(0, left));
+  }
+}
