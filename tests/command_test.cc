@@ -279,6 +279,8 @@ TEST(Options, RefuseWhatIsWrong) {
                                  "--check KVXSG_krDiskDrive",
                                  "--list --check",
                                  "--brief --check",
+                                 "--no-instances",
+                                 "--no-instances --format json KVXSG_krDiskDrive",
                                  "--brief --format json",
                                  "--brief KVXSG_krDiskDrive",
                                  "--controller x",

@@ -111,8 +111,8 @@ TEST(InstancePrinters, WriteEveryKindOfValue) {
 TEST(InstancePrinters, SayThatThereIsNothing) {
   const standin::Repository repository;
   const Report report{"h", 0, {}, repository};
-  EXPECT_TRUE(Print(PrintJson, report)
-                  .ends_with("\"problems\": [],\n  \"runs\": [],\n  \"instances\": []\n}\n"));
+  const std::string json = Print(PrintJson, report);
+  EXPECT_TRUE(json.ends_with("\"findings\": [],\n  \"instances\": []\n}\n")) << json;
   EXPECT_EQ(List(report, 60), "No instances.\n");
 }
 

@@ -226,6 +226,7 @@ int Print(const Options& options, const Outcome& outcome, OutputFile& output) {
   view.is_brief = options.brief;
   view.is_verbose = options.verbose;
   view.runs = options.runs;
+  view.has_instances = options.instances;
   view.is_whole = options.all_classes;
   const Comparison* comparison = outcome.comparison ? &*outcome.comparison : nullptr;
   return options.view({*outcome.report, outcome.machine, comparison}, view, output);

@@ -139,6 +139,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   double timeout_s = 60;
   double max_age_s = 0;
   fs::path key_file;
+  bool no_instances = false;
   bool no_lock = false;
 
   CLI::App app("Loads the KelvaRAID collector plug-in as a host does and prints what it reports.",
@@ -221,6 +222,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "sanitize with the key in this file: the same pseudonyms each time")
       ->type_name("FILE")
       ->check(CLI::ExistingFile.description(""));
+  app.add_flag("--no-instances", no_instances, "leave the instances out of JSON");
   app.add_flag("--no-lock", no_lock, "do not wait for another collection below the same root");
   app.add_flag("--verbose", options.verbose,
                "show the standard error of the tools, and what no parser took of their output");
@@ -251,6 +253,10 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (!options.controllers.empty() && (options.view == PrintMof || !options.all_classes)) {
     return RefuseUsage("--controller goes with neither mof nor classes", arguments, exit_status);
   }
+  if (no_instances && (options.view != PrintJson || !options.all_classes)) {
+    return RefuseUsage("--no-instances is for json of all classes", arguments, exit_status);
+  }
+  options.instances = !no_instances;
   if (compare->count() > 0 && (check || options.view == PrintMof || !options.all_classes)) {
     return RefuseUsage("--compare is for the text report and json", arguments, exit_status);
   }
