@@ -83,6 +83,8 @@ while IFS='|' read -r change message; do
 done <<'END'
 rm recording.json|bad/recording.json: No such file
 echo '{' >recording.json|recording.json: [json.exception.parse_error
+printf '%0100d' 0 | tr 0 '[' >recording.json|recording.json: is nested too deeply
+sed -i 's/"collected_at": .*/"collected_at": "-001-01-01T00:00:00Z",/' recording.json|collected_at: is no time
 echo '[]' >recording.json|recording.json: the document: is no object
 sed -i 's,"kraid/kelvcmd.d/1/getconfig-al.txt","../../etc/passwd",' recording.json|runs[0].output: "../../etc/passwd" leads out of the folder
 sed -i 's,"kraid/kelvcmd.d/1/getconfig-al.txt","/etc/passwd",' recording.json|"/etc/passwd" leads out of the folder
@@ -103,7 +105,7 @@ sed -i '0,/ 1,/s// 2,/' recording.json|recording_version: is one that this progr
 END
 
 # Places that no recording may take, and ages.
-mkdir full && touch full/file
+mkdir full && touch full/file && ln -s absent nowhere
 cp -r "$source/demo" demo
 cp -r copy before
 while IFS='|' read -r status arguments message; do
@@ -115,6 +117,8 @@ done <<END
 3|--record full/file|it is no folder
 3|--record demo|it holds
 3|--record new --plugin key|nothing was collected
+3|--record nowhere|it is a link to nothing
+2|--record new --output new/file|--record replaces the folder that
 2|--record new --passes 101|100 passes at most
 3|--record absent/there|No such file or directory
 1|--replay copy --max-age 60|was recorded at 2005-03-15T04:00:05-05:00,
@@ -125,6 +129,13 @@ done <<END
 2|--sanitize-key pipe|regular file
 2|--sanitize-key full/file|has not 16 bytes
 END
+# What was hidden had not been seen before: also where a tool hangs, and is not asked any more.
+mkdir -p hangs/kraid && printf '#!/bin/sh\necho secret17 >&2; sleep 9\n' >hangs/kraid/kelvcmd && chmod +x hangs/kraid/kelvcmd
+$command --root hangs --tool-timeout 0.1 --sanitize --record hung --verbose --log log >text 2>&1
+[ $? -eq 0 ] && grep -q "was stopped after 100 ms" text || fail "a tool that hangs, sanitized"
+$command --root hangs --tool-timeout 0.1 --record hung --check >live
+cmp live <($command --replay hung --check) || fail "a tool that hangs"
+
 # A signal leaves the recording from before, and nothing beside it.
 mkdir -p root/kraid && printf '#!/bin/sh\necho >running\nsleep 60\n' >root/kraid/kelvcmd && chmod +x root/kraid/kelvcmd
 $command --root root --record copy >/dev/null &

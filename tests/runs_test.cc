@@ -323,7 +323,8 @@ TEST(Sanitize, HidesValuesAndKeepsWhatTheToolsMean) {
       "Device ID : " +
       device +
       "3308812\nDevice ID : SPULWERKTL200 DAT         A07L\n"
-      "serial# : Not available\nsaid AB1234, XAB1234 AB12345\n 1 | Okay | srv1 said Okay\n"
+      "serial# : Not available\nName : [vol7]\nsaid vol7, AB1234, XAB1234 AB12345\n 1 | Okay | "
+      "srv1 said Okay\n"
       "Controller name: srv1\nPart number : " +
       "M3308812\nName of it : no newline");
   recording.files = {{"/log", "time\tWRN\tOkay\tOkay: drive M3308812\nno tabs, Okay\n"}};
@@ -337,8 +338,9 @@ TEST(Sanitize, HidesValuesAndKeepsWhatTheToolsMean) {
   EXPECT_EQ(*run.whole_output,
             "Logical drive name : " + okay + "\nStatus : Okay\n  Serial number: " + p("AB1234") +
                 " \r\nDevice ID : " + device + serial +
-                "\nDevice ID : SPULWERKTL200 DAT         A07L\nserial# : Not available\nsaid " +
-                p("AB1234") + ", XAB1234 AB12345\n 1 | Okay | " + p("srv1") + " said " + okay +
+                "\nDevice ID : SPULWERKTL200 DAT         A07L\nserial# : Not available\nName : [" +
+                p("vol7") + "]\nsaid " + p("vol7") + ", " + p("AB1234") +
+                ", XAB1234 AB12345\n 1 | Okay | " + p("srv1") + " said " + okay +
                 "\nController name: " + p("srv1") + "\nPart number : M" + serial +
                 "\nName of it : " + pseudonyms.OfName("no newline"));
   EXPECT_EQ(*recording.files[0].text, "time\tWRN\t" + okay + "\t" + okay + ": drive M" + serial +

@@ -2,6 +2,14 @@
 
 #include <stdexcept>
 
+nlohmann::json ParseJson(const std::string& text) {
+  constexpr int kDeepest = 32;
+  return nlohmann::json::parse(text, [](int depth, auto, const auto&) {
+    if (depth > kDeepest) throw std::runtime_error("is nested too deeply");
+    return true;
+  });
+}
+
 JsonView JsonView::operator[](const char* name) const {
   if (!value_.is_object()) Refuse("is no object");
   const auto found = value_.find(name);

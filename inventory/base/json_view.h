@@ -7,6 +7,10 @@
 #include <string>
 #include <vector>
 
+/// Parses a document that somebody else wrote. One that is nested deeper than any of ours throws
+/// std::runtime_error, one that is no JSON the library's exception.
+nlohmann::json ParseJson(const std::string& text);
+
 /// A value of a JSON document that somebody else wrote, and where it stands there. What is not as
 /// it is asked for throws std::runtime_error: "runs[3].end: is no text".
 class JsonView {

@@ -43,10 +43,10 @@ struct RunRecord {
   /// Standard output, byte for byte; empty when the run failed.
   std::shared_ptr<const std::string> output = std::make_shared<std::string>();
   bool is_tool_absent = false;  ///< Nothing was at the program's path.
-  /// For a recording: standard output also where the run failed, and standard error as far as the
-  /// host keeps it; null where none is made.
-  std::shared_ptr<const std::string> whole_output = nullptr;
-  std::shared_ptr<const std::string> whole_error_output = nullptr;
+  /// For a recording, and else empty: standard output also where the run failed (its beginning
+  /// then), and standard error as far as the host keeps it.
+  std::shared_ptr<const std::string> whole_output = std::make_shared<std::string>();
+  std::shared_ptr<const std::string> whole_error_output = std::make_shared<std::string>();
   /// Why the plug-in cannot read what it printed, for a person; "" as long as it can.
   std::string why_unreadable;
 

@@ -32,6 +32,16 @@ std::optional<Instant> MakeInstant(const Fields& fields, minutes offset) {
   return Instant{std::chrono::sys_days(date) + time - offset, offset};
 }
 
+/// Whether a text begins so, "9" standing for any digit.
+bool Looks(std::string_view text, std::string_view pattern) {
+  if (text.size() < pattern.size()) return false;
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    const bool is_digit = text[i] >= '0' && text[i] <= '9';
+    if (pattern[i] == '9' ? !is_digit : text[i] != pattern[i]) return false;
+  }
+  return true;
+}
+
 minutes Signed(char sign, unsigned offset) {
   const minutes magnitude(offset);
   return sign == '-' ? -magnitude : magnitude;
@@ -69,14 +79,11 @@ std::string Rfc3339(const Instant& instant) {
 }
 
 std::optional<Instant> ParseRfc3339(std::string_view text) {
+  if (!Looks(text, "9999-99-99T99:99:99")) return std::nullopt;
   const std::string whole(text);
   Fields fields;
-  int end = 0;
-  if (std::sscanf(whole.c_str(), "%4u-%2u-%2uT%2u:%2u:%2u%n", &fields.year, &fields.month,
-                  &fields.day, &fields.hour, &fields.minute, &fields.second, &end) != 6 ||
-      end != 19) {
-    return std::nullopt;
-  }
+  std::sscanf(whole.c_str(), "%4u-%2u-%2uT%2u:%2u:%2u", &fields.year, &fields.month, &fields.day,
+              &fields.hour, &fields.minute, &fields.second);
   std::string_view rest = text.substr(19);
   if (rest.starts_with('.')) {
     rest.remove_prefix(1);
@@ -90,14 +97,13 @@ std::optional<Instant> ParseRfc3339(std::string_view text) {
     rest.remove_prefix(digits);
   }
   if (rest == "Z") return MakeInstant(fields, minutes(0));
-  char sign = 0;
+  if (rest.size() != 6 || !Looks(rest.substr(1), "99:99")) return std::nullopt;
+  const char sign = rest[0];
   unsigned hours = 0;
   unsigned past = 0;
-  const std::string zone(rest);
-  if (std::sscanf(zone.c_str(), "%c%2u:%2u%n", &sign, &hours, &past, &end) != 3 ||
-      zone.size() != 6 || end != 6 || (sign != '+' && sign != '-') || past > 59) {
-    return std::nullopt;
-  }
+  const std::string zone(rest.substr(1));
+  std::sscanf(zone.c_str(), "%2u:%2u", &hours, &past);
+  if ((sign != '+' && sign != '-') || hours > 23 || past > 59) return std::nullopt;
   return MakeInstant(fields, Signed(sign, hours * 60 + past));
 }
 

@@ -305,6 +305,12 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                          &options.record, &options.replay, &options.earlier}) {
     *path = Absolute(*path);
   }
+  for (const fs::path& file : {options.log, options.output}) {
+    const fs::path inside = file.lexically_relative(options.record);
+    if (options.record.empty() || inside.empty() || *inside.begin() == "..") continue;
+    return RefuseUsage("--record replaces the folder that " + file.string() + " is in", arguments,
+                       exit_status);
+  }
   if (!options.log.empty() && options.log == options.output) {
     return RefuseUsage("--log and --output name the same file", arguments, exit_status);
   }

@@ -36,7 +36,7 @@ struct Options {
   bool sanitize = false;
   std::string sanitize_key;       // empty: a random one
   std::filesystem::path earlier;  // a JSON document to compare with; empty: none
-  bool instances = true;  // in JSON
+  bool instances = true;          // in JSON
   bool brief = false;
   bool verbose = false;
 };

@@ -24,6 +24,11 @@ struct Digit {
 
 bool IsWithin(char c, char first, char last) { return c >= first && c <= last; }
 
+bool IsOfWord(char c) {
+  return IsWithin(c, '0', '9') || IsWithin(c, 'a', 'z') || IsWithin(c, 'A', 'Z') ||
+         (c & '\x80') != 0;
+}
+
 /// Long enough to be no word, and with a digit in it.
 bool IsHexadecimal(std::string_view text) {
   const auto holds = [text](std::string_view set) {
@@ -81,12 +86,16 @@ Pseudonyms::Pseudonyms(std::string_view key) {
   }
 }
 
-// What is not hexadecimal is moved on until it is not again: the two kinds stay apart.
 std::string Pseudonyms::Of(std::string_view text) const {
-  const bool is_hexadecimal = IsHexadecimal(text);
-  std::string pseudonym = Permuted(text, is_hexadecimal);
+  const auto begin = std::find_if(text.begin(), text.end(), IsOfWord);
+  if (begin == text.end()) return std::string(text);
+  const auto end = std::find_if(text.rbegin(), text.rend(), IsOfWord).base();
+  const std::string_view core(begin, end);
+  const bool is_hexadecimal = IsHexadecimal(core);
+  std::string pseudonym = Permuted(core, is_hexadecimal);
+  // What is not hexadecimal is moved on until it is not again: the two kinds stay apart.
   while (!is_hexadecimal && IsHexadecimal(pseudonym)) pseudonym = Permuted(pseudonym, false);
-  return pseudonym;
+  return std::string(text.begin(), begin).append(pseudonym).append(end, text.end());
 }
 
 // Each half in turn is moved by what the key makes of the other one (a Feistel network), so that it

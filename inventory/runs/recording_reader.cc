@@ -151,8 +151,9 @@ class IndexReader {
     record.whole_error_output = std::make_shared<const std::string>(TextOf(run, "error_output"));
     record.output_bytes = record.whole_output->size();
     record.error_bytes = record.whole_error_output->size();
-    if (run.Has("error_bytes")) {
-      record.error_bytes = static_cast<std::size_t>(Bounded(run["error_bytes"], 0, INT64_MAX));
+    for (const auto& [name, size] : {std::pair{"output_bytes", &record.output_bytes},
+                                     std::pair{"error_bytes", &record.error_bytes}}) {
+      if (run.Has(name)) *size = static_cast<std::size_t>(Bounded(run[name], 0, INT64_MAX));
     }
     record.SetErrorOutput(*record.whole_error_output);
     if (record.reason.empty()) record.output = record.whole_output;
@@ -198,7 +199,7 @@ Recording ReadOnce(const std::filesystem::path& folder) {
   FolderReader reader(folder);
   const std::string text = reader.Read(kRecordingIndex, kLargestIndex);
   try {
-    const auto index = nlohmann::json::parse(text);
+    const auto index = ParseJson(text);
     const JsonView view(index);
     return IndexReader(view, reader).Read();
   } catch (const std::runtime_error& error) {

@@ -75,7 +75,11 @@ class FolderWriter {
     for (std::size_t i = 0; i < recording.runs.size(); ++i) {
       index["runs"].push_back(Describe(recording.runs[i], i));
     }
-    Store(kRecordingIndex, index.dump(1, ' ', false, Json::error_handler_t::replace) + "\n");
+    const std::string text = index.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+    if (recording.runs.size() > kMostRecordedRuns || text.size() > kLargestIndex) {
+      throw std::runtime_error("there are more runs than a recording may hold");
+    }
+    Store(kRecordingIndex, text);
   }
 
  private:
@@ -100,28 +104,31 @@ class FolderWriter {
     if (!run.reason.empty()) entry["reason"] = run.reason;
     if (run.is_tool_absent) entry["tool_absent"] = true;
     const std::string stem = StemOf(run, index);
-    AddText("output", stem, ".txt", run.whole_output, run.exit_status != 0, entry);
-    AddText("error_output", stem, ".err", run.whole_error_output, run.exit_status != 0, entry);
-    if (run.whole_error_output && run.error_bytes != run.whole_error_output->size()) {
-      entry["error_bytes"] = run.error_bytes;
-    }
+    AddText("output", stem, ".txt", *run.whole_output, run.exit_status != 0, entry);
+    AddText("error_output", stem, ".err", *run.whole_error_output, run.exit_status != 0, entry);
+    if (run.output_bytes != run.whole_output->size()) entry["output_bytes"] = run.output_bytes;
+    if (run.error_bytes != run.whole_error_output->size()) entry["error_bytes"] = run.error_bytes;
     return entry;
   }
 
   /// What tools say of absent controllers stands in the index, so that it does not fill the folder.
   void AddText(const std::string& member, const std::string& stem, const char* extension,
-               const std::shared_ptr<const std::string>& text, bool may_be_inline, Json& entry) {
-    if (text == nullptr || text->empty()) return;
-    if (may_be_inline && text->size() <= kLongestInline && ValidUtf8(*text) == *text) {
-      entry[member + "_text"] = *text;
+               const std::string& text, bool may_be_inline, Json& entry) {
+    if (text.empty()) return;
+    if (may_be_inline && text.size() <= kLongestInline && ValidUtf8(text) == text) {
+      entry[member + "_text"] = text;
     } else {
-      entry[member] = Keep(stem, extension, *text);
+      entry[member] = Keep(stem, extension, text);
     }
   }
 
   /// Stores a text under this name or, where another one has it, the next free one.
   std::string Keep(const std::string& stem, const std::string& extension, const std::string& text) {
     std::string name = stem + extension;
+    bytes_ += text.size();  // as they are read: once for each run
+    if (text.size() > kLargestRecordedFile || bytes_ > kLargestRecording - kLargestIndex) {
+      throw std::runtime_error(name + ": is more than a recording may hold");
+    }
     for (int i = 2;; ++i) {
       const auto [known, is_new] = kept_.emplace(name, &text);
       if (is_new) Store(name, text);
@@ -151,6 +158,7 @@ class FolderWriter {
 
   fs::path folder_;
   std::map<std::string, const std::string*> kept_;
+  std::size_t bytes_ = 0;
 };
 
 /// Holds all signals back for as long as it lives.
@@ -189,6 +197,12 @@ void Permit(const fs::path& unfinished, const fs::path& place) {
     mode = 0777 & ~mask;
   }
   if (chmod(unfinished.c_str(), mode) != 0) Fail(unfinished.string());
+}
+
+dev_t DeviceOf(const fs::path& path) {
+  struct stat status {};
+  stat(path.c_str(), &status);
+  return status.st_dev;
 }
 
 /// Whether a recording may hold a file of this path: what else is there is somebody's.
@@ -236,20 +250,27 @@ void Flush(const fs::path& folder) {
 }  // namespace
 
 std::string WhyNoRecordingFits(const fs::path& folder) {
-  std::error_code error;
-  const fs::file_status status = fs::status(folder, error);
-  if (fs::exists(status)) {
-    if (!fs::is_directory(status)) return "it is no folder";
-    const bool is_recording = fs::is_regular_file(folder / kRecordingIndex, error);
-    if (!is_recording && !fs::is_empty(folder, error)) {
-      return "there is something else than a recording in it";
+  try {
+    const fs::file_status status = fs::status(folder);
+    const fs::path place = PlaceOf(folder);
+    const fs::path parent = place.parent_path();
+    if (!fs::exists(status) && fs::is_symlink(fs::symlink_status(folder))) {
+      return "it is a link to nothing";
     }
-    const std::string foreign = FindForeign(folder);
-    if (!foreign.empty()) return "it holds " + foreign + ", which is of no recording";
+    if (fs::exists(status)) {
+      if (!fs::is_directory(status)) return "it is no folder";
+      if (DeviceOf(place) != DeviceOf(parent)) return "another file system begins there";
+      if (!fs::is_regular_file(place / kRecordingIndex) && !fs::is_empty(place)) {
+        return "there is something else than a recording in it";
+      }
+      const std::string foreign = FindForeign(place);
+      if (!foreign.empty()) return "it holds " + foreign + ", which is of no recording";
+    }
+    const bool is_writable = access(parent.c_str(), W_OK | X_OK) == 0;
+    return is_writable ? "" : parent.string() + ": " + std::strerror(errno);
+  } catch (const fs::filesystem_error& error) {
+    return error.code().message();
   }
-  const fs::path parent = PlaceOf(folder).parent_path();
-  return access(parent.c_str(), W_OK | X_OK) == 0 ? ""
-                                                  : parent.string() + ": " + std::strerror(errno);
 }
 
 std::string WriteRecording(const Recording& recording, const fs::path& folder) {
@@ -275,7 +296,11 @@ std::string WriteRecording(const Recording& recording, const fs::path& folder) {
     error = failure.what();
   }
   // Not written, or the one from before.
-  std::error_code ignored;
-  if (!unfinished.empty()) fs::remove_all(unfinished, ignored);
+  std::error_code left;
+  if (!unfinished.empty()) fs::remove_all(unfinished, left);
+  if (left && error.empty()) {
+    error = "it was written, but the one before cannot be removed: " + unfinished + ": ";
+    error += left.message();
+  }
   return error;
 }

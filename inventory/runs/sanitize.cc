@@ -1,7 +1,6 @@
 #include "inventory/runs/sanitize.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -16,8 +15,10 @@
 namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
-bool IsOfWord(char c) { return IsDigit(c) || IsLetter(c) || c == '_' || (c & '\x80') != 0; }
+bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c & '\x80') != 0;
+}
+bool IsOfWord(char c) { return IsDigit(c) || IsLetter(c) || c == '_'; }
 
 bool HasDigit(std::string_view text) { return std::any_of(text.begin(), text.end(), IsDigit); }
 bool HasLetter(std::string_view text) { return std::any_of(text.begin(), text.end(), IsLetter); }
@@ -31,9 +32,17 @@ std::string_view FirstWord(std::string_view text) {
 /// Puts texts in place of others, wherever these stand between what is of no word.
 class Replacer {
  public:
-  void Add(const std::string& text, const std::string& replacement) {
-    if (FirstWord(text).empty() || !texts_.insert(text).second) return;
-    rows_[std::string(FirstWord(text))].emplace_back(text, replacement);
+  /// Both of the same length. Only what stands from the first to the last character of a word
+  /// counts.
+  void Add(std::string_view text, std::string_view replacement) {
+    const auto first = std::find_if(text.begin(), text.end(), IsOfWord);
+    const auto last = std::find_if(text.rbegin(), text.rend(), IsOfWord).base();
+    const auto begin = static_cast<std::size_t>(first - text.begin());
+    const auto end = static_cast<std::size_t>(last - text.begin());
+    if (begin >= end) return;
+    const std::string_view core = text.substr(begin, end - begin);
+    if (!texts_.emplace(core).second) return;
+    rows_[std::string(FirstWord(core))].emplace_back(core, replacement.substr(begin, end - begin));
   }
 
   /// To be called when all are there: of two that fit, the longer one counts.
@@ -181,18 +190,18 @@ class Sanitizer {
   /// Elsewhere, a short number may be any.
   void AddId(std::string_view id) {
     if (!IsId(id) || id.size() < (HasLetter(id) ? 4U : 8U)) return;
-    everywhere_.Add(std::string(id), pseudonyms_.Of(id));
-    in_messages_.Add(std::string(id), pseudonyms_.Of(id));
+    everywhere_.Add(id, pseudonyms_.Of(id));
+    in_messages_.Add(id, pseudonyms_.Of(id));
   }
 
   /// A name that may be a word of the tools' is left alone where they may mean the word.
   void AddName(std::string_view name) {
     if (!HasLetter(name) || IsWordOfJudgement(name)) return;
     const std::string pseudonym = pseudonyms_.OfName(name);
-    in_messages_.Add(std::string(name), pseudonym);
+    in_messages_.Add(name, pseudonym);
     const bool is_word =
         std::all_of(name.begin(), name.end(), [](char c) { return IsLetter(c) || c == ' '; });
-    if (!is_word && name.size() >= 3) everywhere_.Add(std::string(name), pseudonym);
+    if (!is_word && name.size() >= 3) everywhere_.Add(name, pseudonym);
   }
 
   void AddDeviceId(std::string_view value) {
@@ -201,8 +210,8 @@ class Sanitizer {
     // As a whole, as its last word, and the serial number alone.
     const std::size_t word = value.rfind(' ', kFirmwareEnd) + 1;
     for (const std::size_t begin : {std::size_t{0}, word, kFirmwareEnd - 1, kFirmwareEnd}) {
-      everywhere_.Add(std::string(value.substr(begin)), pseudonym.substr(begin));
-      in_messages_.Add(std::string(value.substr(begin)), pseudonym.substr(begin));
+      everywhere_.Add(value.substr(begin), pseudonym.substr(begin));
+      in_messages_.Add(value.substr(begin), pseudonym.substr(begin));
     }
   }
 

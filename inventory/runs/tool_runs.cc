@@ -11,6 +11,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr std::size_t kKeptOfFailed = std::size_t{1} << 20;
+
 std::string Seconds(milliseconds time) {
   if (time.count() % 1000 == 0) return std::to_string(time.count() / 1000) + " s";
   return std::to_string(time.count()) + " ms";
@@ -175,12 +177,14 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
     record.reason = "was stopped: the outputs of all runs had used up the " + MebibytesInAll();
     output_bytes_ = bounds_.output_bytes;
   }
+  // Nobody parses what a run printed that failed.
+  if (!record.reason.empty()) result.output.resize(std::min(result.output.size(), kKeptOfFailed));
   auto output = std::make_shared<const std::string>(std::move(result.output));
+  if (record.reason.empty() || bounds_.keeps_all) output_bytes_ += output->size();
   if (bounds_.keeps_all) {
     record.whole_output = output;
     record.whole_error_output = std::make_shared<const std::string>(std::move(result.error_output));
   }
-  if (record.reason.empty() || bounds_.keeps_all) output_bytes_ += output->size();
   if (record.reason.empty()) record.output = std::move(output);
   return record;
 }
