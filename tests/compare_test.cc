@@ -145,6 +145,7 @@ Changes since 2026-11-20 04:00:
 TEST(Compare, IsOfTheSelectedControllers) {
   const std::pair<std::vector<std::uint64_t>, const char*> cases[] = {
       {{2}, "|soft errors: 120, 6 more"},
+      {{3}, "|is gone"},
       {{1, 4},
        "|was replaced: serial number K0441190, now K0990001"
        "|is gone (arcconf 1), with 3 logical drives and 15 devices"},
@@ -154,7 +155,9 @@ TEST(Compare, IsOfTheSelectedControllers) {
   const auto before = PublishSampleMachine();
   for (const auto& [numbers, expected] : cases) {
     Machine now = ReadMachine({"h", 0, {}, *repository});
-    Comparison comparison = Compare({"", "h", ReadMachine({"h", 0, {}, *before})}, now, "h", {});
+    Machine earlier = ReadMachine({"h", 0, {}, *before});
+    earlier.controllers[2].devices.emplace_back();
+    Comparison comparison = Compare({"", "h", std::move(earlier)}, now, "h", {});
     std::string text = SelectControllers(numbers, now, &comparison);
     for (const Change& change : comparison.changes) {
       text += "|" + change.what;
