@@ -284,13 +284,16 @@ Severity SeverityOf(ChangeCode code) { return kCodes[static_cast<int>(code)].sev
 Comparison Compare(EarlierMachine earlier, const Machine& now, const std::string& host,
                    const std::vector<Problem>& problems) {
   Comparison comparison;
-  if (earlier.host != host) {
+  // Documents have it as it can be read.
+  const std::string old_host = Readable(earlier.host);
+  const std::string new_host = Readable(host);
+  if (old_host != new_host) {
     Change& change = comparison.changes.emplace_back();
     change.code = ChangeCode::kHostChanged;
-    change.what = "host: " + Readable(earlier.host) + ", now " + Readable(host);
+    change.what = "host: " + old_host + ", now " + new_host;
     change.property = "host";
-    change.before = earlier.host;
-    change.after = host;
+    change.before = old_host;
+    change.after = new_host;
   }
   Comparer(earlier, now, problems, comparison).Compare();
   comparison.since = std::move(earlier.since);
