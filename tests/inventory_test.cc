@@ -102,6 +102,29 @@ TEST_F(Inventory, OfAMachineWithoutToolsIsEmptyAndFine) {
   CompareExpected("no_tools/log.txt", ReadFile(folder_ / "log"));
 }
 
+TEST_F(Inventory, SaysWhatHasChangedSinceADocument) {
+  ReplaceRuns({});
+  ASSERT_EQ(Run("--format json --output before.json").status, 0);
+  const Outcome same = Run("--brief --compare before.json");
+  EXPECT_NE(same.out.find("\nChanges since 20"), std::string::npos) << same.out;
+  EXPECT_TRUE(same.out.ends_with(": none\n")) << same.out;
+
+  ReplaceRuns({{"getconfig 1 al", "echo Controller 1 is not present.; exit 1"}});
+  const Outcome gone = Run("--check --expect before.json");
+  EXPECT_EQ(gone.status, 2);
+  EXPECT_NE(gone.out.find("; controller 1 (archive): is gone (kelvcmd 1), with 4 logical drives "),
+            std::string::npos)
+      << gone.out;
+
+  // What cannot be read is refused before a tool runs.
+  ReplaceRuns({{"getconfig 1 al", "touch was_run"}});
+  EXPECT_EQ(Run("--root kraid --compare absent").status, 1);
+  const Outcome refused = Run("--check --expect absent");
+  EXPECT_EQ(refused.status, 3);
+  EXPECT_TRUE(refused.out.starts_with("KRAID UNKNOWN - ")) << refused.out;
+  EXPECT_EQ(FilesMade(), std::set<std::string>{"before.json"});
+}
+
 TEST_F(Inventory, OfTheSampleMachineIsAsItWas) {
   // A caller may have them ignored; the ends of the tools are to be seen all the same.
   const Outcome outcome = Shell(std::string("env --ignore-signal=CHLD ") + kCommand +
