@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 
 #include "inventory/machine/read_machine.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/flow.h"
 #include "inventory/print/text_report.h"
+#include "tests/odd_machine.h"
 #include "tests/print_to.h"
 #include "tests/publish_machine.h"
 
@@ -29,25 +29,6 @@ void CommitDevice(standin::Repository& repository, const char* state) {
   Commit(repository, "KVXSG_krSCSIProtocolController", {{"ControllerNum", "1"}});
   Commit(repository, "KVXSG_krDiskDrive",
          {{"ControllerNum", "1"}, {"Channel", "1"}, {"ScsiId", "0"}, {"State", state}});
-}
-
-/// All that the layout has a rule for and the sample machine does not show.
-void CommitOddMachine(standin::Repository& repository) {
-  const auto file = MachineFolder("odd_values") / "instances.json";
-  for (const auto& instance : nlohmann::ordered_json::parse(ReadFile(file))) {
-    Properties properties;
-    for (const auto& [name, value] : instance["properties"].items()) {
-      if (value.is_array()) {
-        const TCIMValue word(value[0].get<std::uint32_t>());
-        properties.emplace_back(name, ArrayOf(TCIMValue::kUint32, {word}));
-      } else if (name == "MessageTimestamp") {
-        properties.emplace_back(name, TCIMDateTime(value.get<std::string>()));
-      } else {
-        properties.emplace_back(name, value.get<std::string>());
-      }
-    }
-    Commit(repository, instance["class"].get<std::string>().c_str(), properties);
-  }
 }
 
 std::string Text(Report report, const Display& display, const char* root = "/r",

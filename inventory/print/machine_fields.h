@@ -23,6 +23,9 @@ Text ArrayName(const Controller& controller, const LogicalDrive& drive);
 std::vector<Place> DevicePlaces(const Controller& controller, const LogicalDrive& drive);
 std::vector<std::string> ArrayNames(const Controller& controller, const Device& device);
 std::vector<std::optional<Number>> DriveNumbers(const Controller& controller, const Device& device);
+/// An array keeps its name where it is called by a number that is none.
+void TakeName(const std::string& name, DriveArray& array);
+inline void TakeName(const std::string&, const DriveArray&) {}
 /// Of "91 percent".
 std::optional<Number> ReadPercent(const Text& text);
 /// "2004-11-27T02:14:08" of "2004-11-27 02:14:08"; absent when no calendar has it.
@@ -121,9 +124,11 @@ void Fields(Form& form, typename Form::template Of<Device>& device,
 template <class Form>
 void Fields(Form& form, typename Form::template Of<DriveArray>& array,
             typename Form::template Of<Controller>& controller) {
-  form.Derived("name", [&] { return array.Name(); });
+  std::string name = array.Name();
+  form("name", name);
   form("letter", array.letter);
   form("logical_drive", array.logical_drive);
+  TakeName(name, array);
   form.Linked("logical_drives", array.logical_drives, controller.logical_drives);
   form.Linked("devices", array.devices, controller.devices);
   form("missing", array.absent_places);

@@ -1,5 +1,7 @@
 #include "inventory/print/machine_json.h"
 
+#include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "inventory/base/times.h"
@@ -61,6 +63,13 @@ std::vector<std::optional<Number>> DriveNumbers(const Controller& controller,
     }
   }
   return numbers;
+}
+
+void TakeName(const std::string& name, DriveArray& array) {
+  static constexpr std::string_view kStart = "logical drive ";
+  if (!array.letter && !array.logical_drive && name.starts_with(kStart)) {
+    array.logical_drive = MakeNumber(name.substr(kStart.size()));
+  }
 }
 
 std::optional<Number> ReadPercent(const Text& text) {

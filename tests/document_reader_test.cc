@@ -1,0 +1,172 @@
+// The JSON document read back: what --compare gets to see of it.
+
+#include "inventory/print/document_reader.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "inventory/machine/read_machine.h"
+#include "inventory/print/json_printer.h"
+#include "inventory/print/machine_json.h"
+#include "tests/odd_machine.h"
+#include "tests/print_to.h"
+#include "tests/publish_machine.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+std::string MachineText(const Machine& machine) {
+  return Printed([&](Sink& output) {
+    JsonWriter json(output);
+    WriteMachineJson(machine, json);
+  });
+}
+
+/// The machine without what is not read back.
+Json ReadParts(const std::string& text) {
+  Json machine = Json::parse(text);
+  machine.erase("verdict");  // of the findings
+  return machine;
+}
+
+class DocumentReader : public testing::Test {
+ protected:
+  ~DocumentReader() override { fs::remove(file_); }
+
+  EarlierMachine ReadBack(const std::string& document) const {
+    std::ofstream(file_, std::ios::binary) << document;
+    return ReadDocument(file_);
+  }
+
+  std::string WhyNot(const std::string& document) const {
+    try {
+      ReadBack(document);
+    } catch (const std::runtime_error& error) {
+      const std::string why = error.what();
+      EXPECT_TRUE(why.starts_with(file_.string() + ": ")) << why;
+      return why.substr(file_.string().size() + 2);
+    }
+    return "";
+  }
+
+  fs::path file_ = fs::path(testing::TempDir()) / ("document_reader_" + std::to_string(getpid()));
+};
+
+TEST_F(DocumentReader, ReadsWhatWasWritten) {
+  const auto sample = PublishSampleMachine();
+  standin::Repository odd;
+  CommitOddMachine(odd);
+  const std::pair<const char*, const standin::Repository*> machines[] = {{"sample", sample.get()},
+                                                                         {"odd_values", &odd}};
+  for (const auto& [name, repository] : machines) {
+    Report report{"h",
+                  0,
+                  {{"kelvcmd", "hung", ProblemKind::kRunTimedOut, "kelvcmd", "", 2, 3, true}},
+                  *repository};
+    report.collected_at = NKVXHMZ20::TCIMDateTime("20260308040005.000000+060");
+    const Machine machine = ReadMachine(report);
+    const std::string text = MachineText(machine);
+    CompareExpected(std::string(name) + "/machine.json", text + "\n");
+    const Json parts = ReadParts(text);
+    const std::string document = Printed([&](Sink& output) {
+      PrintJson({report, machine}, {}, output);
+    });
+
+    const EarlierMachine earlier = ReadBack(document);
+    EXPECT_EQ(ReadParts(MachineText(earlier.machine)).dump(1), parts.dump(1));
+    EXPECT_EQ(earlier.host, "h");
+    EXPECT_EQ(earlier.since, "2026-03-08T04:00:05+01:00");
+    ASSERT_EQ(earlier.problems.size(), 1U);
+    EXPECT_EQ(earlier.problems[0].kind, ProblemKind::kRunTimedOut);
+    EXPECT_EQ(earlier.problems[0].controller, 2);
+    EXPECT_TRUE(earlier.problems[0].is_blind);
+
+    // One that was written before there was a machine in it, and one that another program wrote
+    // anew with its members in another order.
+    Json without = Json::parse(document);
+    without.erase("machine");
+    EXPECT_EQ(MachineText(ReadBack(without.dump()).machine), text);
+    const std::string sorted = nlohmann::json::parse(document).dump();
+    EXPECT_EQ(ReadParts(MachineText(ReadBack(sorted).machine)).dump(1), parts.dump(1));
+  }
+}
+
+TEST_F(DocumentReader, SaysWhatIsWrongWithADocument) {
+  const std::string start = R"({"format_version": [1, 9], "later": {"than": "this"}, )";
+  const std::string counts = R"("counts": {"controllers": 1, "logical_drives": 0, "devices": 0,
+    "failed_devices": 0, "degraded_drives": 0, "predicted_failures": 0,
+    "drives_with_bad_stripes": 0, "rebuilds": 0}, )";
+  const std::string instance = R"("instances": [{"class": "KVXSG_krRawData", "properties": )";
+  const std::pair<std::string, const char*> cases[] = {
+      {"",
+       "no JSON: parse error at line 1, column 1: syntax error while parsing value - unexpected "
+       "end of input; expected '[', '{', or a literal"},
+      {"{\"\x01",
+       "no JSON: parse error at line 1, column 3: syntax error while parsing object key - "
+       "invalid string: control character U+0001 (SOH) must be escaped to \\u0001"},
+      {"[1]", "no document of kraid-inventory"},
+      {"{}", "no document of kraid-inventory"},
+      {R"({"format_version": "1"})", "no document of kraid-inventory"},
+      {R"({"format_version": [2, 0], "machine": 1})",
+       "its format is version 2, and this program reads version 1"},
+      {start + R"("machine": null})", "it has neither a machine nor instances"},
+      {start + R"("machine": []})", "machine: not an object"},
+      {start + R"("problems": [1], "machine": {}})", "problems[0]: not an object"},
+      {start + R"("machine": {)" + counts + R"("controllers": {}}})",
+       "machine.controllers: not a list"},
+      {start + R"("machine": {)" + counts + R"("controllers": [{"number": -1}]}})",
+       "machine.controllers[0].number: not a whole number"},
+      {start + R"("machine": {)" + counts + R"("controllers": [{"number": 1e300}]}})",
+       "machine.controllers[0].number: not a whole number"},
+      {start + R"("machine": {)" + counts + R"("controllers": [{"shares_number": 0}]}})",
+       "machine.controllers[0].shares_number: not true or false"},
+      {start + instance + "[]}]}", "instances[0]: not an instance"},
+      {start + instance + R"({"RawResults": [["deep"]]}}]})",
+       "instances[0].RawResults: not a list of values"},
+      {start + instance + R"({"Command": 1}}]})", "instances[0].Command: not a text"},
+  };
+  for (const auto& [document, why] : cases) EXPECT_EQ(WhyNot(document), why) << document;
+  EXPECT_THROW(ReadDocument("/nowhere"), std::runtime_error);
+  EXPECT_THROW(ReadDocument("/dev/zero"), std::runtime_error);
+  std::ofstream(file_) << "{}";
+  fs::resize_file(file_, (std::uintmax_t{256} << 20) + 1);
+  EXPECT_THROW(ReadDocument(file_), std::runtime_error);
+}
+
+TEST_F(DocumentReader, KeepsNumbersThatOthersRound) {
+  Machine machine;
+  Controller& controller = machine.controllers.emplace_back();
+  const std::pair<const char*, const char*> cases[] = {
+      {"9007199254740992", R"({"stripes":9007199254740992})"},
+      {"9007199254740993", R"({"stripes":9007199254740993,"stripes_s":"9007199254740993"})"},
+      {"18446744073709551615",
+       R"({"stripes":18446744073709551615,"stripes_s":"18446744073709551615"})"},
+      {"18446744073709551616", R"({"stripes":null})"},
+  };
+  for (const auto& [number, expected] : cases) {
+    controller.operation.name = "Rebuild";
+    controller.operation.stripes = MakeNumber(number);
+    nlohmann::json document = nlohmann::json::parse(MachineText(machine));
+    nlohmann::json& operation = document["controllers"][0]["operation"];
+    nlohmann::json shown = {{"stripes", operation["stripes"]}};
+    if (operation.contains("stripes_s")) {
+      shown["stripes_s"] = operation["stripes_s"];
+      operation["stripes"] = 9007199254740994.0;
+    }
+    EXPECT_EQ(shown.dump(), expected);
+    const Machine read = ReadMachineJson(document);
+    const auto& stripes = read.controllers[0].operation.stripes;
+    EXPECT_EQ(stripes ? stripes->value : std::nullopt, MakeNumber(number)->value) << number;
+  }
+}
+
+}  // namespace
