@@ -65,7 +65,7 @@ void WriteSubject(const Machine& machine, const Subject& subject, FieldWriter& o
     fields("controller", named.controller);
     fields("tool", named.tool);
     fields("logical_drive", named.logical_drive);
-    named.place ? fields("place", *named.place) : fields.WriteNull("place");
+    fields("place", named.place ? Text(named.place->GetText()) : std::nullopt);
     fields("serial_number", named.serial_number);
   });
 }
@@ -100,7 +100,7 @@ void WriteComparison(const Machine& machine, const Comparison& comparison, Field
   });
   document.Objects("changes", comparison.changes, [&](FieldWriter& fields, const Change& change) {
     fields("code", NameOf(change.code));
-    fields("where", MakeText(change.where));
+    fields("where", change.where);
     fields("text", Sentence(change.where, change.what));
     if (change.subject) {
       WriteSubject(change.is_of_earlier ? comparison.earlier : machine, *change.subject, fields);
