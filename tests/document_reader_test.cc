@@ -48,12 +48,17 @@ class DocumentReader : public testing::Test {
   }
 
   std::string WhyNot(const std::string& document) const {
+    std::ofstream(file_, std::ios::binary) << document;
+    return WhyNotRead(file_);
+  }
+
+  static std::string WhyNotRead(const fs::path& file) {
     try {
-      ReadBack(document);
+      ReadDocument(file);
     } catch (const std::runtime_error& error) {
       const std::string why = error.what();
-      EXPECT_TRUE(why.starts_with(file_.string() + ": ")) << why;
-      return why.substr(file_.string().size() + 2);
+      EXPECT_TRUE(why.starts_with(file.string() + ": ")) << why;
+      return why.substr(file.string().size() + 2);
     }
     return "";
   }
@@ -135,11 +140,22 @@ TEST_F(DocumentReader, SaysWhatIsWrongWithADocument) {
       {start + instance + R"({"Command": 1}}]})", "instances[0].Command: not a text"},
   };
   for (const auto& [document, why] : cases) EXPECT_EQ(WhyNot(document), why) << document;
-  EXPECT_THROW(ReadDocument("/nowhere"), std::runtime_error);
-  EXPECT_THROW(ReadDocument("/dev/zero"), std::runtime_error);
   std::ofstream(file_) << "{}";
   fs::resize_file(file_, (std::uintmax_t{256} << 20) + 1);
-  EXPECT_THROW(ReadDocument(file_), std::runtime_error);
+  const std::pair<fs::path, const char*> files[] = {
+      {file_, "larger than 256 MiB"},
+      {"/dev/zero", "no regular file"},
+      {"/", "no regular file"},
+      {"/nowhere", "cannot be read: No such file or directory"},
+  };
+  for (const auto& [file, why] : files) EXPECT_EQ(WhyNotRead(file), why) << file;
+}
+
+TEST_F(DocumentReader, MakesTextsFitToBeShown) {
+  Machine machine;
+  machine.controllers.emplace_back().name = "\x1b[2J  mail\n";
+  const auto document = nlohmann::json::parse(MachineText(machine));
+  EXPECT_EQ(ReadMachineJson(document).controllers[0].name, "?[2J mail");
 }
 
 TEST_F(DocumentReader, KeepsNumbersThatOthersRound) {

@@ -73,8 +73,9 @@ expect("instances" not in documents["--no-instances"], "--no-instances")
 expect(len(documents["--controller 2"]["machine"]["controllers"]) == 1, "--controller")
 big = [d["counters"] for c in compared["machine"]["controllers"] for d in c["devices"] if d["counters"]]
 expect(any(c.get("soft_s") == "9007199254740993" for c in big), "a number beyond 2^53")
-codes = {(c["code"], c["subject"]["kind"] if c["subject"] else None) for c in compared["changes"]}
-expect({("gone", "controller"), ("counter_grown", "device")} <= codes, f"changes {codes}")
+codes = {(c["code"], c["subject"]["kind"], c["subject"]["tool"]) for c in compared["changes"] if c["subject"]}
+expected = {("gone", "controller", "arcconf"), ("counter_grown", "device", "kelvcmd")}
+expect(expected <= codes, f"changes {codes}")
 
 # The schema is strict: a document that is changed in one place is none.
 def changed(*path, value):
