@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr std::uint64_t kLargestDocument = std::uint64_t{256} << 20;
+constexpr int kDeepest = 64;
 constexpr std::uint64_t kMajorVersion = 1;
 
 [[noreturn]] void Fail(const std::string& why) { throw std::runtime_error(why); }
@@ -38,6 +39,7 @@ json Parse(const fs::path& file, const std::set<std::string>& left_out) {
   std::ifstream input(file, std::ios::binary);
   if (!input) Fail(std::string("cannot be read: ") + std::strerror(errno));
   const auto keep = [&left_out](int depth, json::parse_event_t event, const json& parsed) {
+    if (depth > kDeepest) Fail("nested too deeply");
     return depth != 1 || event != json::parse_event_t::key ||
            !left_out.contains(parsed.get_ref<const std::string&>());
   };
