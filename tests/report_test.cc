@@ -14,9 +14,6 @@
 
 namespace {
 
-using NKVXHMZ20::TCIMDateTime;
-using NKVXHMZ20::TCIMValue;
-
 const Problem kAbsent = {"arcconf", "not there", ProblemKind::kToolAbsent};
 const Problem kFailed = {"hrconf", "crashed"};
 const Problem kUseless = {"hrconf", "all failed", ProblemKind::kToolFailed, "hrconf", "", 0,

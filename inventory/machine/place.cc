@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <sstream>
+#include <tuple>
 
 #include "inventory/machine/values.h"
 
@@ -33,6 +34,10 @@ Place::Place(std::string_view text) : text_(text) {
   const std::size_t comma = text.find(',');
   if (comma == std::string_view::npos) return;
   *this = Place(text.substr(0, comma), text.substr(comma + 1));
+}
+
+bool Place::operator<(const Place& other) const {
+  return std::tie(channel_, device_, text_) < std::tie(other.channel_, other.device_, other.text_);
 }
 
 std::vector<Place> PlacesIn(const std::string& stripe_order) {

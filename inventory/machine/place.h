@@ -1,7 +1,6 @@
 #ifndef INVENTORY_MACHINE_PLACE_H_
 #define INVENTORY_MACHINE_PLACE_H_
 
-#include <compare>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -25,7 +24,7 @@ class Place {
   /// "1,0"; "?" for what is not known.
   const std::string& GetText() const { return text_; }
 
-  auto operator<=>(const Place&) const = default;
+  bool operator<(const Place& other) const;
   bool operator==(const Place&) const = default;
 
  private:

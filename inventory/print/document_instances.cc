@@ -107,8 +107,9 @@ void CommitInstances(const json& instances, standin::Repository& repository) {
     for (const auto& [property, value] : instance["properties"].items()) {
       const auto type = declared->types.find(property);
       if (type == declared->types.end()) continue;
-      created->SetPropertyValue(property, ReadValue(value, type->second, path + "." + property),
-                                {});
+      std::string where = path;
+      where.append(".").append(property);
+      created->SetPropertyValue(property, ReadValue(value, type->second, where), {});
     }
     created->Commit({});
   }

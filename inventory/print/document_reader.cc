@@ -108,7 +108,9 @@ EarlierMachine Read(const fs::path& file) {
   fields("collected_at", earlier.since);
   if (document.contains("host") && document["host"].is_string()) earlier.host = document["host"];
   earlier.problems = ReadProblems(document);
-  if (document.contains("machine") && !document["machine"].is_null()) {
+  if (document.contains("machine")) {
+    // What was not asked for would be new.
+    if (document["machine"].is_null()) Fail("it is of some classes only");
     earlier.machine = ReadMachineJson(document["machine"]);
     return earlier;
   }

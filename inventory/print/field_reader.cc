@@ -15,9 +15,9 @@ FieldReader::FieldReader(const json& object, std::string path, std::shared_ptr<I
 }
 
 const json& FieldReader::Find(const std::string& name) const {
-  static const json kNull;
+  static const json null_value;
   const auto found = object_.find(name);
-  return found == object_.end() ? kNull : *found;
+  return found == object_.end() ? null_value : *found;
 }
 
 const json& FieldReader::Elements(const std::string& name) const {

@@ -148,6 +148,7 @@ void FieldWriter::operator()(const std::string& name, const std::vector<ErrorCou
 void FieldWriter::Linked(const std::string& name, const std::vector<std::size_t>& indices,
                          const std::vector<LogicalDrive>& drives) {
   std::vector<std::optional<Number>> numbers;
+  numbers.reserve(indices.size());
   for (const std::size_t index : indices) numbers.push_back(drives[index].number);
   (*this)(name, numbers);
 }

@@ -45,9 +45,9 @@ void JsonWriter::Close(char bracket) {
 }
 
 void JsonWriter::StartLine() {
-  static const std::string kBlanks(64, ' ');
+  static const std::string blanks(64, ' ');
   Raw("\n");
-  for (std::size_t left = depth_ * 2; left > 0; left -= std::min(left, kBlanks.size())) {
-    Raw(std::string_view(kBlanks).substr(0, left));
+  for (std::size_t left = depth_ * 2; left > 0; left -= std::min(left, blanks.size())) {
+    Raw(std::string_view(blanks).substr(0, left));
   }
 }
