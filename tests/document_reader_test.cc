@@ -118,7 +118,7 @@ TEST_F(DocumentReader, SaysWhatIsWrongWithADocument) {
       {"{\"\x01",
        "no JSON: parse error at line 1, column 3: syntax error while parsing object key - "
        "invalid string: control character U+0001 (SOH) must be escaped to \\u0001"},
-      {std::string(1000, '['), "nested too deeply"},
+      {std::string(1000, '['), "is nested too deeply"},
       {"[1]", "no document of kraid-inventory"},
       {"{}", "no document of kraid-inventory"},
       {R"({"format_version": "1"})", "no document of kraid-inventory"},

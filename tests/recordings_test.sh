@@ -83,7 +83,7 @@ while IFS='|' read -r change message; do
 done <<'END'
 rm recording.json|bad/recording.json: No such file
 echo '{' >recording.json|recording.json: [json.exception.parse_error
-echo '[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[' >recording.json|recording.json: is nested too deeply
+echo '[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[' >recording.json|recording.json: is nested too deeply
 sed -i 's/"collected_at": .*/"collected_at": "-001-01-01T00:00:00Z",/' recording.json|collected_at: is no time
 echo '[]' >recording.json|recording.json: the document: is no object
 sed -i 's,"kraid/kelvcmd.d/1/getconfig-al.txt","../../etc/passwd",' recording.json|runs[0].output: "../../etc/passwd" leads out of the folder

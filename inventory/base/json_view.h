@@ -4,12 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// Parses a document that somebody else wrote. One that is nested deeper than any of ours throws
-/// std::runtime_error, one that is no JSON the library's exception.
-nlohmann::json ParseJson(const std::string& text);
+/// Parses a document that somebody else wrote, but for some members of its outermost object, which
+/// are null then. One that is nested deeper than any of ours throws std::runtime_error, one that is
+/// no JSON the library's exception. Takes time in proportion to the text.
+nlohmann::json ParseJson(std::string_view text, const std::set<std::string>& left_out = {});
 
 /// A value of a JSON document that somebody else wrote, and where it stands there. What is not as
 /// it is asked for throws std::runtime_error: "runs[3].end: is no text".

@@ -126,6 +126,7 @@ Outcome CollectHere(const Options& options, std::optional<std::chrono::milliseco
   RunBounds bounds;
   bounds.run.time = options.tool_timeout;
   bounds.collection = limit;
+  bounds.asked = options.timeout;
   bounds.keeps_all = recording != nullptr;
   ProgressLine progress;
   ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,

@@ -102,6 +102,12 @@ std::string CheckSeconds(const std::string& text) {
   return "\"" + text + "\" is no number of seconds from 0.001 to 1000000";
 }
 
+std::string CheckNumber(const std::string& text) {
+  const bool is_number = !text.empty() && text.size() < 10 && text[0] != '0' &&
+                         text.find_first_not_of("0123456789") == std::string::npos;
+  return is_number ? "" : "\"" + text + "\" is no number of a controller";
+}
+
 std::string CheckNotEmpty(const std::string& text) {
   return text.empty() ? "the file's name is empty" : "";
 }
@@ -179,7 +185,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "of these controllers only: text, check, the machine in JSON; repeatable")
       ->type_name("N")
       ->allow_extra_args(false)
-      ->check(CLI::PositiveNumber.description(""));
+      ->check(CLI::Validator(CheckNumber, ""));
   app.add_flag("--list", list, "list the classes of the schema");
   CLI::Option* const output =
       app.add_option("--output", options.output,
@@ -241,7 +247,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (check && (has_format || !options.all_classes)) {
     return RefuseUsage("--check goes with neither --format nor classes", arguments, exit_status);
   }
-  if (list && (check || has_format || output->count() > 0 || !options.all_classes)) {
+  if (list && (check || has_format || output->count() > 0 || compare->count() > 0 ||
+               expect->count() > 0 || !options.all_classes)) {
     return RefuseUsage("--list stands alone", arguments, exit_status);
   }
   if (list) return Answer(ClassList(), exit_status);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <unordered_set>
 #include <utility>
 
 #include "inventory/base/readable.h"
@@ -28,6 +29,16 @@ constexpr CodeRow kCodes[] = {
     {"log_grown", Severity::kFine},     {"host_changed", Severity::kFine},
 };
 
+constexpr char kNumberShared[] = ", as two controllers have one number";
+
+std::unordered_set<std::string> SharedNumbers(const Machine& machine) {
+  std::unordered_set<std::string> shared;
+  for (const Controller& controller : machine.controllers) {
+    if (controller.shares_number) shared.insert(controller.NumberText());
+  }
+  return shared;
+}
+
 class Comparer {
  public:
   Comparer(const EarlierMachine& earlier, const Machine& now, const std::vector<Problem>& problems,
@@ -36,6 +47,8 @@ class Comparer {
         now_(now),
         unseen_before_(earlier.machine, earlier.problems),
         unseen_now_(now, problems),
+        shared_before_(SharedNumbers(earlier.machine)),
+        shared_now_(SharedNumbers(now)),
         controllers_(MatchControllers(earlier_, now)),
         devices_(MatchDevices(earlier_, now, controllers_)),
         earlier_numbering_(earlier_),
@@ -85,7 +98,12 @@ class Comparer {
   /// The device `number` of those now, on a controller that may be new, was there before.
   void CompareDevice(std::size_t before, std::size_t number, const PartScope& scope);
   void CompareUnlisted(std::size_t before, std::size_t now);
-  void AddUncompared(std::size_t now);
+  void AddUncompared(std::size_t now, const PartScope& scope);
+  /// The parts of all controllers of one number are shown with the first: nobody knows whose.
+  static bool HasPartsOfOthers(const Controller& controller,
+                               const std::unordered_set<std::string>& shared) {
+    return shared.contains(controller.NumberText());
+  }
   void AddNewController(std::size_t now);
   void AddGoneController(std::size_t before);
   void CompareManagerLogs();
@@ -94,6 +112,8 @@ class Comparer {
   const Machine& now_;
   Unseen unseen_before_;
   Unseen unseen_now_;
+  std::unordered_set<std::string> shared_before_;  // numbers that two controllers have
+  std::unordered_set<std::string> shared_now_;
   Matches controllers_;
   Matches devices_;
   DeviceNumbering earlier_numbering_;
@@ -107,6 +127,10 @@ class Comparer {
 void Comparer::CompareControllers(std::size_t before, std::size_t now) {
   const Controller& old = earlier_.controllers[before];
   const Controller& current = now_.controllers[now];
+  if (HasPartsOfOthers(old, shared_before_) || HasPartsOfOthers(current, shared_now_)) {
+    comparison_.not_compared.push_back(DescribeController(current) + kNumberShared);
+    return;
+  }
   PartScope scope;
   scope.is_replaced = IdentityOf(old).IsOther(IdentityOf(current));
   scope.has_counters = !scope.is_replaced;
@@ -118,7 +142,7 @@ void Comparer::CompareControllers(std::size_t before, std::size_t now) {
   CompareLogicalDrives(before, now, scope);
   CompareDevices(before, now, scope);
   if (scope.has_counters) CompareUnlisted(before, now);
-  AddUncompared(now);
+  AddUncompared(now, scope);
   ChangesOf(now).CompareLogs(old, current, scope);
 }
 
@@ -234,8 +258,13 @@ void Comparer::CompareUnlisted(std::size_t before, std::size_t now) {
   }
 }
 
-void Comparer::AddUncompared(std::size_t now) {
-  if (uncompared_drives_ + uncompared_devices_ == 0) return;
+void Comparer::AddUncompared(std::size_t now, const PartScope& scope) {
+  const bool has_parts = uncompared_drives_ + uncompared_devices_ > 0;
+  if (!has_parts && (scope.may_lack_before || scope.may_lack_now)) {
+    comparison_.not_compared.push_back(DescribeController(now_.controllers[now]) +
+                                       ", what was not collected of it");
+  }
+  if (!has_parts) return;
   std::string text = DescribeController(now_.controllers[now]);
   if (uncompared_drives_ > 0) text += ", " + Counted(uncompared_drives_, "logical drive");
   if (uncompared_devices_ > 0) text += ", " + Counted(uncompared_devices_, "device");
@@ -244,6 +273,10 @@ void Comparer::AddUncompared(std::size_t now) {
 
 void Comparer::AddNewController(std::size_t now) {
   const Controller& current = now_.controllers[now];
+  if (HasPartsOfOthers(current, shared_now_)) {
+    comparison_.not_compared.push_back(DescribeController(current) + kNumberShared);
+    return;
+  }
   if (unseen_before_.MayHide(current)) {
     comparison_.not_compared.push_back(DescribeController(current));
   } else {

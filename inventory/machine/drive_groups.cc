@@ -18,11 +18,12 @@ class Placing {
     std::unordered_set<Place> places;
     for (Place& place : PlacesIn(stripe_order)) {
       const auto found = devices_.find(place);
+      const bool is_first = places.insert(place).second;
       if (found == devices_.end()) {
-        array.absent_places.push_back(std::move(place));
+        if (is_first) array.absent_places.push_back(std::move(place));
         continue;
       }
-      if (places.insert(place).second) Append(found->second, array.devices);
+      if (is_first) Append(found->second, array.devices);
       if (shown_.insert(place).second) {
         Append(found->second, array.shown_devices);
       } else {
@@ -56,22 +57,29 @@ class ArrayIndex {
     if (array.letter) {
       by_letter_.emplace(*array.letter, index);
     } else {
-      by_drive_.emplace(array.logical_drive, index);
+      by_drive_[array.logical_drive].indices.push_back(index);
     }
   }
 
-  /// Null when no array has the drive.
-  const std::size_t* Find(const std::string& letter, const std::string& drive) const {
+  /// Null when no array has the drive. Of several drives with one number, the next has the next.
+  const std::size_t* Take(const std::string& letter, const std::string& drive) {
     if (const auto array = by_letter_.find(letter); array != by_letter_.end()) {
       return &array->second;
     }
     const auto own = by_drive_.find(drive);
-    return own == by_drive_.end() ? nullptr : &own->second;
+    if (own == by_drive_.end()) return nullptr;
+    OfNumber& arrays = own->second;
+    return &arrays.indices[std::min(arrays.taken++, arrays.indices.size() - 1)];
   }
 
  private:
+  struct OfNumber {
+    std::vector<std::size_t> indices;
+    std::size_t taken = 0;
+  };
+
   std::unordered_map<std::string, std::size_t> by_letter_;
-  std::unordered_map<std::string, std::size_t> by_drive_;
+  std::unordered_map<std::string, OfNumber> by_drive_;
 };
 
 bool StandsBefore(const DriveArray& a, const DriveArray& b) {
@@ -126,7 +134,7 @@ void GroupDrives(const std::vector<PublishedArray>& arrays,
   }
   for (std::size_t i = 0; i < controller.logical_drives.size(); ++i) {
     const auto& number = controller.logical_drives[i].number;
-    const std::size_t* const known = index.Find(locations[i].array, number ? number->text : "");
+    const std::size_t* const known = index.Take(locations[i].array, number ? number->text : "");
     if (known != nullptr) {
       controller.arrays[*known].logical_drives.push_back(i);
       continue;

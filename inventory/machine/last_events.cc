@@ -44,6 +44,7 @@ Time ReadTime(const StoredInstance& instance, bool with_offset) {
 
 EventWords ReadEventWords(const StoredInstance& instance, const char* property) {
   EventWords words;
+  words.is_collected = true;
   const NKVXHMZ20::TCIMValue* value = instance.Find(property);
   if (value == nullptr || !value->IsArray()) return words;
   const auto& elements = value->GetArray();

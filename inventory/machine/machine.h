@@ -124,13 +124,19 @@ struct DefunctEvent {
 };
 
 struct DefunctLog {
+  bool is_collected = false;  ///< Whether it is known that there are no others.
   std::size_t count = 0;
   std::vector<DefunctEvent> last;  ///< The last few, oldest first.
+
+  bool IsReported() const { return is_collected || count > 0; }
 };
 
 struct EventWords {
+  bool is_collected = false;
   std::size_t count = 0;
   std::vector<std::string> last;  ///< The last few, in hexadecimal, oldest first.
+
+  bool IsReported() const { return is_collected || count > 0; }
 };
 
 /// A tool and its own number for a controller.

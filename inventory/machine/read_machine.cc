@@ -12,6 +12,7 @@
 #include "inventory/machine/last_events.h"
 #include "inventory/machine/property_text.h"
 #include "inventory/machine/raw_output.h"
+#include "schema/published_texts.h"
 
 namespace {
 
@@ -118,6 +119,10 @@ Machine MachineReader::Read(const Report& report) {
     GroupDrives(drafts_[i].arrays, drafts_[i].locations, devices, controller);
   }
   AddRawOutputs(outputs_, report, machine_);
+  // The only tool that has such a log; an empty one leaves no instance.
+  for (Controller& controller : machine_.controllers) {
+    controller.defunct_log.is_collected = controller.tool && controller.tool->tool == kKelvcmd;
+  }
   Judge(machine_);
   return std::move(machine_);
 }

@@ -50,8 +50,8 @@ std::optional<std::uint64_t> BytesOf(std::string_view text) {
     const auto read = std::from_chars(number.data(), end, count, std::chars_format::fixed);
     const double bytes = std::ldexp(count, bits);
     // Written so that "nan" is refused, too.
-    if (read.ec != std::errc() || read.ptr != end || !(bytes >= 0 && bytes < 1e19)) break;
-    return static_cast<std::uint64_t>(std::llround(std::min(bytes, 9.2e18)));
+    if (read.ec != std::errc() || read.ptr != end || !(bytes >= 0 && bytes < 0x1p63)) break;
+    return static_cast<std::uint64_t>(std::llround(bytes));
   }
   return std::nullopt;
 }

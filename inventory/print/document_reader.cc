@@ -3,12 +3,14 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "inventory/base/json_view.h"
 #include "inventory/base/program.h"
 #include "inventory/machine/read_machine.h"
 #include "inventory/print/document_instances.h"
@@ -21,7 +23,6 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr std::uint64_t kLargestDocument = std::uint64_t{256} << 20;
-constexpr int kDeepest = 64;
 constexpr std::uint64_t kMajorVersion = 1;
 
 [[noreturn]] void Fail(const std::string& why) { throw std::runtime_error(why); }
@@ -38,13 +39,9 @@ std::string Why(const json::exception& error) {
 json Parse(const fs::path& file, const std::set<std::string>& left_out) {
   std::ifstream input(file, std::ios::binary);
   if (!input) Fail(std::string("cannot be read: ") + std::strerror(errno));
-  const auto keep = [&left_out](int depth, json::parse_event_t event, const json& parsed) {
-    if (depth > kDeepest) Fail("nested too deeply");
-    return depth != 1 || event != json::parse_event_t::key ||
-           !left_out.contains(parsed.get_ref<const std::string&>());
-  };
+  const std::string text(std::istreambuf_iterator<char>(input), {});
   try {
-    return json::parse(input, keep);
+    return ParseJson(text, left_out);
   } catch (const json::exception& error) {
     Fail("no JSON: " + Why(error));
   }

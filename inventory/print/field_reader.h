@@ -49,6 +49,7 @@ class FieldReader {
       if (Find(name).is_null()) return;
     }
     Group(name, [&](FieldReader& fields) { Fields(fields, record); });
+    if constexpr (requires { record.is_collected; }) record.is_collected = true;
   }
 
   template <class ReadFields>

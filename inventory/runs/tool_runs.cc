@@ -170,7 +170,7 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
     hanging_controllers_.emplace(program, record.Controller());
     if (is_last) {
       record.reason = "was stopped: the time limit of the whole collection, " +
-                      Seconds(*bounds_.collection) + ", was over";
+                      Seconds(bounds_.asked.value_or(*bounds_.collection)) + ", was over";
     }
   }
   if (record.end == RunEnd::kOutputLimit && fills_room) {
@@ -193,8 +193,8 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
 std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
   if (std::string why = observer_.why_stop(); !why.empty()) return "was not run: " + why;
   if (bounds_.collection && TimeLeft().count() <= 0) {
-    return "was not run: the time limit of the whole collection, " + Seconds(*bounds_.collection) +
-           ", was over";
+    return "was not run: the time limit of the whole collection, " +
+           Seconds(bounds_.asked.value_or(*bounds_.collection)) + ", was over";
   }
   if (KeepsOutputs() && output_bytes_ >= bounds_.output_bytes) {
     return "was not run: the outputs before it had used up the " + MebibytesInAll();

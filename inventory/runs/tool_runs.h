@@ -20,8 +20,10 @@
 struct RunBounds {
   standin::ProcessLimits run;                           ///< Of each of them.
   std::optional<std::chrono::milliseconds> collection;  ///< From the first request on; none: ever.
-  std::size_t output_bytes = std::size_t{256} << 20;    ///< Of all of them together.
-  int hangs = 3;                                        ///< Of one tool, before it is given up.
+  /// What was asked for, of which waiting may have taken a part: as messages name it.
+  std::optional<std::chrono::milliseconds> asked = {};
+  std::size_t output_bytes = std::size_t{256} << 20;  ///< Of all of them together.
+  int hangs = 3;                                      ///< Of one tool, before it is given up.
   bool keeps_all = false;  ///< Whether the records keep their whole outputs, for a recording.
 };
 
