@@ -28,7 +28,7 @@ for machine in "$source"/demo "$source"/tests/machines/*/; do
     rm -rf root && mkdir -p root/kraid
     cp "$source"/demo/kraid/{kelvcmd,hrconf,arcconf,answer.sh} root/kraid
     cp -r "$machine"/kraid/*.d root/kraid
-    $command --root root --record recorded $mode >live 2>live.err
+    "$command" --root root --record recorded $mode >live 2>live.err
     status=$?
     rm -rf root
     shown=${mode/--as-host/}
@@ -42,7 +42,7 @@ done
 
 # The sample machine's recording is what its tools say, and a copy of it is the same in all formats.
 # (The manager's log comes last, and is not there for everybody.)
-[[ $(replay "$source/demo" KVXSG_krRawData) == "$($command --root "$source/demo" KVXSG_krRawData)"* ]] ||
+[[ $(replay "$source/demo" KVXSG_krRawData) == "$("$command" --root "$source/demo" KVXSG_krRawData)"* ]] ||
   fail "demo/recording.json is out of date"
 replay "$source/demo" --record "$folder/copy" >text
 for mode in "" --check "--format json --runs all" "--format mof" "KVXSG_LogRecord_RAIDMgrEvent"; do
@@ -52,7 +52,7 @@ grep -q "^RAID manager, 18 entries" text || fail "the manager's log of the sampl
 
 # Pseudonyms: the same shape everywhere, no secret anywhere, the same for the same key.
 echo "a key that nobody else is to know" >key
-$command --replay "$source/demo" --sanitize-key key --record "$folder/hidden" --format json >hidden.json
+"$command" --replay "$source/demo" --sanitize-key key --record "$folder/hidden" --format json >hidden.json
 alike() { sed 's/[a-z]/a/g; s/[A-Z]/A/g; s/[0-9]/0/g'; }
 for mode in "" --check "--format mof" "KVXSG_krRawData"; do
   replay "$folder/hidden" $mode >hidden.out
@@ -70,14 +70,14 @@ for secret in $secrets; do
   grep -rlw -e "$secret" hidden hidden.json hidden.all && fail "$secret is not hidden"
 done
 cmp hidden.json <(replay "$folder/hidden" --format json) || fail "sanitized and replayed"
-cmp hidden.json <($command --replay "$source/demo" --sanitize-key key --format json) || fail "the same key"
-$command --replay "$source/demo" --sanitize --format json | cmp -s hidden.json - && fail "two random keys"
+cmp hidden.json <("$command" --replay "$source/demo" --sanitize-key key --format json) || fail "the same key"
+"$command" --replay "$source/demo" --sanitize --format json | cmp -s hidden.json - && fail "two random keys"
 
 # Recordings that are not to be trusted: what becomes of a copy, and what is said of it.
 mkfifo pipe
 while IFS='|' read -r change message; do
   rm -rf bad && cp -r "$source/demo" bad && (cd bad && eval "$change")
-  output=$(timeout 20 $command --replay bad --check 2>&1 >line)
+  output=$(timeout 20 "$command" --replay bad --check 2>&1 >line)
   [ $? -eq 3 ] && grep -q '^KRAID UNKNOWN - ' line || fail "$change: no UNKNOWN"
   case $output in *"$message"*) ;; *) fail "$change: $output" ;; esac
 done <<'END'
@@ -109,7 +109,7 @@ mkdir full && touch full/file && ln -s absent nowhere
 cp -r "$source/demo" demo
 cp -r copy before
 while IFS='|' read -r status arguments message; do
-  output=$($command $arguments 2>&1 >/dev/null)
+  output=$("$command" $arguments 2>&1 >/dev/null)
   [ $? -eq "$status" ] || fail "$arguments: exit status"
   case $output in *"$message"*) ;; *) fail "$arguments: $output" ;; esac
 done <<END
@@ -131,15 +131,15 @@ done <<END
 END
 # What was hidden had not been seen before: also where a tool hangs, and is not asked any more.
 mkdir -p hangs/kraid && printf '#!/bin/sh\necho secret17 >&2; sleep 9\n' >hangs/kraid/kelvcmd && chmod +x hangs/kraid/kelvcmd
-$command --root hangs --tool-timeout 0.1 --sanitize --record hung --verbose --log log >text 2>&1
+"$command" --root hangs --tool-timeout 0.1 --sanitize --record hung --verbose --log log >text 2>&1
 [ $? -eq 0 ] && grep -q "was stopped after 100 ms" text || fail "a tool that hangs, sanitized"
-$command --root hangs --tool-timeout 0.1 --record hung --check >live
-cmp live <($command --replay hung --check) || fail "a tool that hangs"
+"$command" --root hangs --tool-timeout 0.1 --record hung --check >live
+cmp live <("$command" --replay hung --check) || fail "a tool that hangs"
 
 # A signal leaves the recording from before, and nothing beside it.
 mkdir -p root/kraid && printf '#!/bin/sh\necho >running\nsleep 60\n' >root/kraid/kelvcmd && chmod +x root/kraid/kelvcmd
-$command --root root --record copy >/dev/null &
-while [ ! -e root/running ]; do sleep 0.05; done
+"$command" --root root --record copy >/dev/null &
+while [ ! -e root/running ] && kill -0 $!; do sleep 0.05; done
 kill -TERM $! && wait $! 2>/dev/null
 diff -r copy before || fail "the recording from before a signal"
 find . -maxdepth 1 -name '.*.??????' | grep . && fail "an unfinished recording"
