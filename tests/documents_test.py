@@ -51,7 +51,10 @@ for machine in [sample, *glob.glob(source + "/tests/machines/*/")]:
 documents["no tools"] = document("--root", folder, "--runs", "all")
 shutil.copytree(sample, folder + "/other")
 with open(folder + "/other/kraid/kelvcmd.d/2/getevent-device.txt", "r+b") as file:
+    # A second row about the same device, in which nothing has grown.
+    second = b"   2 |       1 |       2 |      0 |    1 |    0 |   0 |    0 |\n"
     text = file.read().replace(b" 114 |", b" 9007199254740993 |")
+    text = text.replace(b"   2 |       1 |       3 |", second + b"   2 |       1 |       3 |")
     file.seek(0)
     file.write(text)
 shutil.rmtree(folder + "/other/kraid/arcconf.d")

@@ -107,7 +107,8 @@ END
 # Places that no recording may take, and ages.
 mkdir full && touch full/file && ln -s absent nowhere
 cp -r "$source/demo" demo
-cp -r copy before
+cp -r copy before && cp -r copy future
+sed -i 's/"collected_at": .*/"collected_at": "2999-01-01T00:00:00Z",/' future/recording.json
 while IFS='|' read -r status arguments message; do
   output=$("$command" $arguments 2>&1 >/dev/null)
   [ $? -eq "$status" ] || fail "$arguments: exit status"
@@ -123,6 +124,7 @@ done <<END
 3|--record absent/there|No such file or directory
 1|--replay copy --max-age 60|was recorded at 2005-03-15T04:00:05-05:00,
 0|--replay recorded --max-age 600|
+1|--replay future --max-age 600| s from now
 2|--max-age 60|--max-age is of what --replay shows
 2|--replay copy --as-host|--as-host does not go with --replay
 2|--record new KVXSG_krRawData|it keeps all
@@ -133,8 +135,14 @@ END
 mkdir -p hangs/kraid && printf '#!/bin/sh\necho secret17 >&2; sleep 9\n' >hangs/kraid/kelvcmd && chmod +x hangs/kraid/kelvcmd
 "$command" --root hangs --tool-timeout 0.1 --sanitize --record hung --verbose --log log >text 2>&1
 [ $? -eq 0 ] && grep -q "was stopped after 100 ms" text || fail "a tool that hangs, sanitized"
+"$command" --replay hung --log again >/dev/null && cmp log again || fail "the log of what was sanitized"
 "$command" --root hangs --tool-timeout 0.1 --record hung --check >live
 cmp live <("$command" --replay hung --check) || fail "a tool that hangs"
+
+# A tool that prints something else each time.
+mkdir -p grows/kraid && printf '#!/bin/sh\necho x >>count; cat count\n' >grows/kraid/kelvcmd && chmod +x grows/kraid/kelvcmd
+"$command" --root grows --as-host --format json --runs all --record grown >live
+cmp live <("$command" --replay grown --format json --runs all) || fail "a tool that prints something else each time"
 
 # A signal leaves the recording from before, and nothing beside it.
 mkdir -p root/kraid && printf '#!/bin/sh\necho >running\nsleep 60\n' >root/kraid/kelvcmd && chmod +x root/kraid/kelvcmd

@@ -169,7 +169,9 @@ Outcome Replay(Options options, const Recording& recording, LogFile& log) {
 std::string WhyTooOld(const Recording& recording, const Options& options) {
   if (!options.max_age) return "";
   const auto made = ToInstant(recording.collected_at);
-  const auto age = std::chrono::system_clock::now() - made.value_or(Instant{}).utc;
+  // In microseconds, which all years have room in.
+  const auto now = std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+  const auto age = now - made.value_or(Instant{}).utc;
   // One from the future says as little of its age.
   if (std::chrono::abs(age) <= *options.max_age) return "";
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(age).count();
