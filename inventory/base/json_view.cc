@@ -105,11 +105,6 @@ std::int64_t JsonView::Integer() const {
   return value_.get<std::int64_t>();
 }
 
-double JsonView::Number() const {
-  if (!value_.is_number()) Refuse("is no number");
-  return value_.get<double>();
-}
-
 void JsonView::Refuse(const std::string& why) const {
   throw std::runtime_error((path_.empty() ? "the document" : path_) + ": " + why);
 }

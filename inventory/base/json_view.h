@@ -25,14 +25,11 @@ class JsonView {
   JsonView operator[](const char* name) const;
   /// Whether an object has a member that is not null.
   bool Has(const char* name) const;
-  bool IsNull() const { return value_.is_null(); }
-  bool IsObject() const { return value_.is_object(); }
 
   std::vector<JsonView> Items() const;  ///< Of an array.
   std::string Text() const;
   bool Bool() const;
   std::int64_t Integer() const;
-  double Number() const;
 
   [[noreturn]] void Refuse(const std::string& why) const;
 

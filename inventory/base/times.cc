@@ -8,7 +8,6 @@ namespace {
 
 using std::chrono::microseconds;
 using std::chrono::minutes;
-using std::chrono::sys_time;
 
 /// Of local time, as a calendar has it.
 struct Fields {

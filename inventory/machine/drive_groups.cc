@@ -87,19 +87,6 @@ bool StandsBefore(const DriveArray& a, const DriveArray& b) {
   return b.logical_drives.empty() || a.logical_drives.front() < b.logical_drives.front();
 }
 
-/// Tells the drives and devices where they are, now that the arrays have their order.
-void LinkBack(Controller& controller) {
-  std::unordered_set<Place> missing;
-  for (std::size_t i = 0; i < controller.arrays.size(); ++i) {
-    const DriveArray& array = controller.arrays[i];
-    for (const std::size_t drive : array.logical_drives) controller.logical_drives[drive].array = i;
-    for (const std::size_t device : array.devices) controller.devices[device].arrays.push_back(i);
-    for (const Place& place : array.absent_places) {
-      if (missing.insert(place).second) controller.missing_places.push_back(place);
-    }
-  }
-}
-
 }  // namespace
 
 DevicesByPlace IndexDevices(const std::vector<Device>& devices) {
@@ -147,4 +134,16 @@ void GroupDrives(const std::vector<PublishedArray>& arrays,
   std::stable_sort(controller.arrays.begin(), controller.arrays.end(), StandsBefore);
   controller.unplaced_devices = placing.TakeRest(controller.devices);
   LinkBack(controller);
+}
+
+void LinkBack(Controller& controller) {
+  std::unordered_set<Place> missing;
+  for (std::size_t i = 0; i < controller.arrays.size(); ++i) {
+    const DriveArray& array = controller.arrays[i];
+    for (const std::size_t drive : array.logical_drives) controller.logical_drives[drive].array = i;
+    for (const std::size_t device : array.devices) controller.devices[device].arrays.push_back(i);
+    for (const Place& place : array.absent_places) {
+      if (missing.insert(place).second) controller.missing_places.push_back(place);
+    }
+  }
 }

@@ -37,4 +37,8 @@ void GroupDrives(const std::vector<PublishedArray>& arrays,
                  const std::vector<DriveLocation>& locations, const DevicesByPlace& devices,
                  Controller& controller);
 
+/// Tells the drives and devices in which arrays they are, and the controller which places are
+/// missing, when the arrays have their order.
+void LinkBack(Controller& controller);
+
 #endif  // INVENTORY_MACHINE_DRIVE_GROUPS_H_

@@ -1,10 +1,11 @@
 #include "inventory/print/machine_json.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 #include "inventory/base/times.h"
+#include "inventory/machine/drive_groups.h"
 #include "inventory/print/field_reader.h"
 #include "inventory/print/field_writer.h"
 #include "inventory/print/machine_fields.h"
@@ -14,23 +15,6 @@ namespace {
 /// Null in a document that says of no array that it has the drive.
 const DriveArray* ArrayOf(const Controller& controller, const LogicalDrive& drive) {
   return drive.array < controller.arrays.size() ? &controller.arrays[drive.array] : nullptr;
-}
-
-/// Tells the drives and devices where they are.
-void LinkBack(Controller& controller) {
-  for (LogicalDrive& drive : controller.logical_drives) drive.array = controller.arrays.size();
-  std::unordered_set<Place> missing;
-  for (std::size_t i = 0; i < controller.arrays.size(); ++i) {
-    const DriveArray& array = controller.arrays[i];
-    for (const std::size_t drive : array.logical_drives) controller.logical_drives[drive].array = i;
-    for (const std::size_t device : array.devices) controller.devices[device].arrays.push_back(i);
-    for (const Place& place : array.absent_places) {
-      if (missing.insert(place).second) controller.missing_places.push_back(place);
-    }
-  }
-  for (std::size_t i = 0; i < controller.devices.size(); ++i) {
-    if (controller.devices[i].arrays.empty()) controller.unplaced_devices.push_back(i);
-  }
 }
 
 }  // namespace
@@ -99,6 +83,13 @@ Machine ReadMachineJson(const nlohmann::json& machine) {
   FieldReader fields(machine, "machine");
   Machine read;
   Fields(fields, read);
-  for (Controller& controller : read.controllers) LinkBack(controller);
+  for (Controller& controller : read.controllers) {
+    // Where no array has a drive, none is named.
+    for (LogicalDrive& drive : controller.logical_drives) drive.array = controller.arrays.size();
+    LinkBack(controller);
+    for (std::size_t i = 0; i < controller.devices.size(); ++i) {
+      if (controller.devices[i].arrays.empty()) controller.unplaced_devices.push_back(i);
+    }
+  }
   return read;
 }
