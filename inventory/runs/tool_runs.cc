@@ -196,16 +196,17 @@ std::string ToolRuns::WhyNotAsked(const RunRecord& record) const {
     return "was not run: the time limit of the whole collection, " +
            Seconds(bounds_.asked.value_or(*bounds_.collection)) + ", was over";
   }
+  if (sharing_ == Sharing::kOn) {
+    const auto hangs = hangs_.find(record.program);
+    if (hangs != hangs_.end() && hangs->second >= bounds_.hangs) {
+      return "was not run: the tool had hung " + std::to_string(hangs->second) + " times";
+    }
+    if (hanging_controllers_.contains({record.program, record.Controller()})) {
+      return "was not run: the tool had hung over this controller";
+    }
+  }
   if (KeepsOutputs() && output_bytes_ >= bounds_.output_bytes) {
     return "was not run: the outputs before it had used up the " + MebibytesInAll();
-  }
-  if (sharing_ == Sharing::kOff) return "";
-  const auto hangs = hangs_.find(record.program);
-  if (hangs != hangs_.end() && hangs->second >= bounds_.hangs) {
-    return "was not run: the tool had hung " + std::to_string(hangs->second) + " times";
-  }
-  if (hanging_controllers_.contains({record.program, record.Controller()})) {
-    return "was not run: the tool had hung over this controller";
   }
   return "";
 }
