@@ -1,5 +1,6 @@
 #include "standin/process.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -107,20 +108,26 @@ TEST_F(ProcessTest, ChildInheritsOnlyWhatItShould) {
     sigprocmask(SIG_BLOCK, &blocked, nullptr);
     clearenv();
     setenv("LC_ALL", "de_DE.UTF-8", 1);
-    setenv("LC_ALLOY", "kept", 1);
+    setenv("LD_PRELOAD", "/dev/null", 1);
+    setenv("IFS", "x", 1);
+    setenv("HOME", "/elsewhere", 1);
+    setenv("PATH", "/elsewhere", 1);
+    setenv("TZ", "Europe/Berlin", 1);
   };
   const auto look = [] {
     return Sh(R"(ls /proc/self/fd  # and the directory itself, 3
-                 tr '\0' '\n' </proc/$$/environ
+                 tr '\0' '\n' </proc/$$/environ | sed 's,^HOME=/.*,HOME,'
                  grep -E 'Sig(Blk|Ign)' /proc/self/status
                  cat
                  set -- $(cat /proc/$$/stat)
-                 [ "$5" = $$ ] && echo leader)",
+                 [ "$5" = $$ ] && [ "$6" = $$ ] && echo leader
+                 (: </dev/tty) 2>/dev/null || echo no terminal)",
               {.time = 10s});
   };
   EXPECT_EQ(
-      "0\n1\n2\n3\nLC_ALLOY=kept\nLC_ALL=C\n"
-      "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\nleader\n||0||",
+      "0\n1\n2\n3\nPATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin\nHOME\n"
+      "LANG=C\nLC_ALL=C\nTZ=Europe/Berlin\n"
+      "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\nleader\nno terminal\n||0||",
       InForkedHost(spoil, look));
 }
 
@@ -191,6 +198,8 @@ TEST_F(ProcessTest, LimitsEndTheWholeGroup) {
       {"exec >&- 2>&-; sleep 60", kShort, time, ""},
       {"dd if=/dev/zero bs=16384 count=1 2>&-; exec sleep 60", kShort, time, ""},  // one full read
       {"(trap '' TERM; exec sleep 60) & exec sleep 60", kShort, time, ""},
+      // It moves to the host's process group, if it can.
+      {"exec perl -e 'setpgrp(0, getpgrp(getppid)); sleep 60'", kShort, time, ""},
   };
   for (const auto& [script, limits, reason, error_output] : cases) {
     SCOPED_TRACE(script);
@@ -223,6 +232,27 @@ TEST_F(ProcessTest, WhatStaysBehindAChildIsLeftAlone) {
     EXPECT_EQ(0, waitpid(-std::stoi(result.output), nullptr, WNOHANG));  // it is still there
     kill(-std::stoi(result.output), SIGKILL);
   }
+}
+
+TEST_F(ProcessTest, RunsTheFileThatIsOpenWhateverIsAtItsPath) {
+  const int opened = open("/bin/echo", O_RDONLY | O_CLOEXEC);
+  EXPECT_EQ("a\n||0||", Text(RunProcess("/bin/false", {"a"}, {.executable = opened})));
+  close(opened);
+}
+
+TEST_F(ProcessTest, TimeOfASuspendedHostDoesNotCount) {
+  const auto suspended_soon = [] {
+    if (fork() == 0) {
+      usleep(200'000);
+      kill(getppid(), SIGSTOP);
+      usleep(2'000'000);
+      kill(getppid(), SIGCONT);
+      _exit(0);
+    }
+  };
+  EXPECT_EQ("done\n||0||", InForkedHost(suspended_soon, [] {
+              return Sh("sleep 2.5; echo done", {.time = 1500ms});
+            }));
 }
 
 TEST_F(ProcessTest, StartFailuresHaveTheirOwnReasons) {

@@ -16,6 +16,9 @@ struct ProcessLimits {
   std::size_t output_bytes = std::size_t{64} << 20;
   /// Between asking a program to end and ending it.
   std::chrono::milliseconds grace{std::chrono::seconds{2}};
+  /// A descriptor of the file to execute, so that nothing else can take its place; -1 for whatever
+  /// is at the program's path. The path is the program's name in either case.
+  int executable = -1;
 };
 
 enum class ProcessEnd {
@@ -43,19 +46,27 @@ struct ProcessResult {
   /// "" when the program ran and ended by itself, whatever its exit status. Otherwise the reason,
   /// for a person, beginning with the program's path.
   std::string failure;
+  /// It was killed and goes on all the same: it hangs inside the kernel, or is not ours to kill.
+  bool has_outlived_killing = false;
+  /// For how long the host was suspended meanwhile, which is no time of the run's.
+  std::chrono::milliseconds suspended{};
+  /// What the run left behind in other sessions, by name. For callers that look for it: RunProcess
+  /// does not.
+  std::vector<std::string> left_behind;
 };
 
 /// Runs `program`, a path without a search, with exactly `arguments`, and waits for its end.
 ///
 /// The child gets the null device as standard input, only descriptors 0 to 2, default signal
-/// dispositions, an empty signal mask, a process group of its own and LC_ALL=C. There is one run at
-/// a time: a call from a second thread waits for its turn, and its time counts from there.
+/// dispositions, an empty signal mask, a session of its own, so no terminal, and an environment of
+/// PATH, HOME, LANG, LC_ALL=C and the host's TZ. There is one run at a time: a call from a second
+/// thread waits for its turn, and its time counts from there.
 HMZ_API ProcessResult RunProcess(const std::string& program,
                                  const std::vector<std::string>& arguments,
                                  const ProcessLimits& limits);
 
-/// Ends the run in progress, if there is one, with all its process group. Meant for the signal
-/// handlers of a program that is about to end: it is async-signal-safe.
+/// Ends the run in progress, if there is one, with all its session's process group. Meant for the
+/// signal handlers of a program that is about to end: it is async-signal-safe.
 HMZ_API void KillRunningProcess() noexcept;
 
 }  // namespace standin
