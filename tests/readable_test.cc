@@ -6,6 +6,8 @@
 
 namespace {
 
+#define HIDDEN_C1 "<U+0080><U+009F>\u00a0"
+#define HIDDEN "<U+202E><U+2066><U+061C><U+200F><U+2028>"
 #define REPLACED "\xef\xbf\xbd"  // U+FFFD
 
 TEST(Readable, LetsNoControlReachATerminal) {
@@ -21,8 +23,11 @@ TEST(Readable, LetsNoControlReachATerminal) {
       {"\x1b[2J\x7f\b", "?[2J??", "?[2J??", "?[2J??", "?[2J??"},
       {std::string("\0a", 2), "?a", "?a", "?a", "?a"},
       {"\x1f \x0e", "? ?", "? ?", "? ?", "? ?"},
-      // U+0080, U+009F and U+00A0; U+1080, whose last byte is that of a control.
-      {"\xc2\x80\xc2\x9f\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0", "??\xc2\xa0"},
+      {"\u0080\u009f\u00a0", HIDDEN_C1, HIDDEN_C1, HIDDEN_C1, HIDDEN_C1},
+      {"\u202e\u2066\u061c\u200f\u2028\n", HIDDEN "\n", HIDDEN "?", HIDDEN " ", HIDDEN},
+      {"\u2027\u202f\u200d", "\u2027\u202f\u200d", "\u2027\u202f\u200d", "\u2027\u202f\u200d",
+       "\u2027\u202f\u200d"},
+      // Its last byte is that of a control.
       {"\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80", "\xe1\x82\x80"},
       // No UTF-8: a raw control of the second set, half a character, at the end, too.
       {"\x9b"

@@ -1,6 +1,7 @@
 #include "inventory/base/readable.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -26,6 +27,24 @@ std::string ValidUtf8(std::string text) {
       .get<std::string>();
 }
 
+std::optional<Hidden> FindHidden(std::string_view text, std::size_t at) {
+  static constexpr std::pair<unsigned, unsigned> kRanges[] = {
+      {0x80, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}};
+  const auto byte = [&](std::size_t i) {
+    return static_cast<unsigned>(static_cast<unsigned char>(text[at + i]));
+  };
+  Hidden hidden{};
+  if ((byte(0) & 0xE0U) == 0xC0) {
+    hidden = {(byte(0) & 0x1FU) << 6 | (byte(1) & 0x3FU), 2};
+  } else if ((byte(0) & 0xF0U) == 0xE0) {
+    hidden = {(byte(0) & 0x0FU) << 12 | (byte(1) & 0x3FU) << 6 | (byte(2) & 0x3FU), 3};
+  }
+  for (const auto& [first, last] : kRanges) {
+    if (hidden.code >= first && hidden.code <= last) return hidden;
+  }
+  return std::nullopt;
+}
+
 std::string Sanitized(std::string text, Layout layout) {
   const std::string valid = ValidUtf8(std::move(text));
   std::string sanitized;
@@ -34,10 +53,11 @@ std::string Sanitized(std::string text, Layout layout) {
     const auto byte = static_cast<unsigned char>(valid[i]);
     if (byte < ' ' || byte == 0x7F) {
       sanitized += Replacement(valid[i], layout);
-    } else if (byte == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0) {
-      // The second set of controls moves some terminals, too. Behind 0xC2 there is a second byte.
-      sanitized += '?';
-      ++i;
+    } else if (const auto hidden = FindHidden(valid, i)) {
+      char name[16];
+      std::snprintf(name, sizeof name, "<U+%04X>", hidden->code);
+      sanitized += name;
+      i += hidden->size - 1;
     } else {
       sanitized += valid[i];
     }

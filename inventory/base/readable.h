@@ -2,11 +2,22 @@
 #define INVENTORY_BASE_READABLE_H_
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
 /// Text from elsewhere as valid UTF-8: bytes that are none become U+FFFD, as in the JSON document.
 std::string ValidUtf8(std::string text);
+
+/// A character that is not seen and changes how what is around it is: a control of the second set
+/// (U+0080 to U+009F), a bidirectional control, a separator of lines or paragraphs.
+struct Hidden {
+  unsigned code;
+  std::size_t size;  ///< In bytes of UTF-8.
+};
+
+/// The one that begins at `at` in valid UTF-8, if there is one.
+std::optional<Hidden> FindHidden(std::string_view text, std::size_t at);
 
 /// What becomes of the white space of a text that is made fit for a terminal.
 enum class Layout {
@@ -15,8 +26,9 @@ enum class Layout {
   kBlanks,   ///< Tabs, line ends and form feeds become blanks.
 };
 
-/// Text from elsewhere, fit for a terminal: valid UTF-8, and "?" for each control character of
-/// ASCII and of the second set, U+0080 to U+009F. All that reaches a terminal passes here.
+/// Text from elsewhere, fit for a terminal: valid UTF-8, "?" for each control character of ASCII,
+/// and
+/// "<U+202E>" for each hidden one. All that reaches a terminal passes here.
 std::string Sanitized(std::string text, Layout layout);
 
 /// Text from elsewhere, fit to be read: Sanitized, trimmed, each run of blanks and line ends as one

@@ -1,11 +1,32 @@
 #include "inventory/print/json_writer.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <nlohmann/json.hpp>
+
+#include "inventory/base/readable.h"
 
 namespace {
 
 bool NeedsNoEscape(char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; }
+
+/// Nothing that a terminal would act on, whoever shows the document there.
+std::string WithoutHidden(const std::string& json) {
+  std::string result;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    auto hidden = FindHidden(json, i);
+    if (json[i] == '\x7f') hidden = Hidden{0x7f, 1};
+    if (!hidden) {
+      result += json[i];
+      continue;
+    }
+    char escape[16];
+    std::snprintf(escape, sizeof escape, "\\u%04x", hidden->code);
+    result += escape;
+    i += hidden->size - 1;
+  }
+  return result;
+}
 
 }  // namespace
 
@@ -16,7 +37,7 @@ void JsonWriter::String(const std::string& text) {
     Raw(text);
     return Raw("\"");
   }
-  Raw(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+  Raw(WithoutHidden(json(text).dump(-1, ' ', false, json::error_handler_t::replace)));
 }
 
 void JsonWriter::Open(char bracket) {
