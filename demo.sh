@@ -14,4 +14,4 @@ top=$(cd "$(dirname "$0")" && pwd)
 # The plug-in looks for the RAID manager in /usr/KelvMgr. A private view of the file system has
 # demo/ laid over /usr, so that the folder is there for this one run and for nobody else.
 exec "$top/scripts/with-sample-machine.sh" "$top/build/release/bin/kraid-inventory" \
-  --root "$top/demo" "$@"
+  --trust-tools --root "$top/demo" "$@"

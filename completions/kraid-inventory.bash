@@ -3,7 +3,7 @@
 _kraid_inventory() {
   local options="--as-host --brief --check --color --compare --controller --expect --format --help --list
     --log --max-age --no-instances --no-lock --output --passes --plugin --record --replay --root --runs --sanitize
-    --sanitize-key --timeout --tool-timeout --verbose --version"
+    --sanitize-key --timeout --tool-timeout --trust-tools --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
   COMPREPLY=()

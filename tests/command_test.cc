@@ -337,7 +337,7 @@ TEST(Options, SayWhatIsAskedFor) {
 
 TEST(Messages, LetNoCodesReachTheTerminal) {
   const std::string odd = "a\x1b[2J\n\xc2\x9b\xff\xc3\xbc";
-  const std::string fine = "a?[2J??\xef\xbf\xbd\xc3\xbc";
+  const std::string fine = "a?[2J?<U+009B>\xef\xbf\xbd\xc3\xbc";
   testing::internal::CaptureStderr();
   testing::internal::CaptureStdout();
   EXPECT_EQ(Refuse(odd, true, 2), 3);
@@ -345,12 +345,12 @@ TEST(Messages, LetNoCodesReachTheTerminal) {
   run.program = "./tool";
   run.arguments = {odd};
   run.error_output = odd;
-  ShowErrorOutput(run);
+  ShowRun(run);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "kraid-inventory: " + fine + "\nkraid-inventory: standard error of ./tool " + fine +
-                ":\na?[2J\n?\xef\xbf\xbd\xc3\xbc\n");
+                ":\na?[2J\n<U+009B>\xef\xbf\xbd\xc3\xbc\n");
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "KRAID UNKNOWN - a?[2J ?\xef\xbf\xbd\xc3\xbc\n");
+            "KRAID UNKNOWN - a?[2J <U+009B>\xef\xbf\xbd\xc3\xbc\n");
   for (const char* start : {"", "--", "--format ", "--root "}) {
     const std::string err = Parsed(start + odd).err;
     EXPECT_NE(err.find(fine), std::string::npos) << err;
@@ -363,7 +363,7 @@ TEST(ProgressLine, HoldsAsMuchAsFits) {
       {"1234567890", "123456789"},
       {"1234567\xc3\xbcx", "1234567\xc3\xbc"},
       {"12345678\xc3\xbc", "12345678"},
-      {"a\x1b[2J\n\t\xc2\x9bx", "a?[2J  ?x"},
+      {"a\x1b[2J\n\t\xc2\x9bx", "a?[2J  <U"},
   };
   for (const auto& [text, line] : cases) EXPECT_EQ(FittingLine(text, 9), line);
 }

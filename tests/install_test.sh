@@ -37,7 +37,7 @@ expect "a path of the build tree" "" "$(grep -rl -F "$build/lib" "moved tree/bin
 expect "a function that a host may lack" w "$(nm -DC "moved tree/lib/kraid-inventory/libkraid.pi.so" |
   sed -n 's/^ *\(.\) NKVXHMZ20::OpenHostFile.*/\1/p')"
 class=KVXSG_krSCSIProtocolController
-expect "controllers" 4 "$(env -i "$command" --root "$source/demo" --format json $class |
+expect "controllers" 4 "$(env -i "$command" --trust-tools --root "$source/demo" --format json $class |
   grep -c "\"class\": \"$class\"")"
 
 help=$("$command" --help | grep -oE '^ +(-[a-z], *)?--[a-z-]+' | grep -oE -- '--.*' | sort)

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,7 +21,8 @@ namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 // For shell scripts: the paths of this machine may hold anything but a quote.
-constexpr char kCommand[] = "'" KRAID_BUILD_DIR "/bin/kraid-inventory'";
+// The sources, and the tests' own folders, may be anybody's.
+constexpr char kCommand[] = "'" KRAID_BUILD_DIR "/bin/kraid-inventory' --trust-tools";
 constexpr char kDemo[] = "'" KRAID_SOURCE_DIR "/demo'";
 constexpr char kControllers[] = "KVXSG_krSCSIProtocolController";
 
@@ -254,11 +256,74 @@ TEST_F(Inventory, TellsAMachineThatItCannotSeeFromOneThatIsFine) {
 
 TEST_F(Inventory, SaysThatItCannotKnowWhenASignalEndsACheck) {
   ReplaceRuns({{"getconfig 1 al", "echo >running; exec sleep 9"}});
-  const Outcome outcome = Shell(std::string(kCommand) +
-                                " --check & command=$!\n"
-                                "while [ ! -e running ]; do sleep 0.05; done\n"
-                                "kill -TERM $command; wait $command; echo $?\n");
-  EXPECT_EQ(outcome.out, "KRAID UNKNOWN - a signal ended the check before it had an answer\n143\n");
+  for (const char* name : {"HUP", "TERM", "ALRM", "XCPU", "USR1", "USR2"}) {
+    const Outcome outcome = Shell("rm -f running; " + std::string(kCommand) +
+                                  " --check & command=$!\n"
+                                  "while [ ! -e running ]; do sleep 0.05; done\nkill -" +
+                                  name + " $command; wait $command; kill -l $?\n");
+    EXPECT_EQ(outcome.out,
+              std::string("KRAID UNKNOWN - a signal ended the check before it had an answer\n") +
+                  name + "\n");
+  }
+}
+
+TEST_F(Inventory, StillAnswersWhereItsSurroundingsAreGone) {
+  // Its working folder, and the room for its output.
+  const Outcome gone = Shell("mkdir gone; cd gone; rmdir ../gone; " + std::string(kCommand));
+  EXPECT_NE(gone.out.find("The tools kelvcmd, hrconf and arcconf are looked for in kraid below the "
+                          "working folder, which is gone;"),
+            std::string::npos)
+      << gone.out;
+  const Outcome large = Shell("ulimit -f 1; " + std::string(kCommand) +
+                              " --format json --output new --root " + kDemo);
+  EXPECT_EQ(large.status, 3);
+  EXPECT_EQ(large.err, "kraid-inventory: cannot write the output: File too large\n");
+  EXPECT_EQ(FilesMade(), std::set<std::string>());
+}
+
+TEST_F(Inventory, EndsWhatAToolLeavesBehindInOtherSessions) {
+  // One goes when it is asked to, one has to be killed, one is the child of a session of its own,
+  // and what was there before is none of the tool's.
+  ReplaceRuns({{"getconfig 1 al", R"(
+      setsid sleep 61 & echo $! >pids
+      setsid sh -c 'trap "" TERM; echo $$ >>pids; sleep 62; sleep 63' &
+      timeout 64 sleep 65 & echo $! >>pids
+      while [ $(wc -l <pids) -lt 3 ]; do sleep 0.01; done; sleep 0.1; exit 1)"}});
+  const std::string look =
+      "for pid in $(cat pids); do grep -qs '^State:.[^ZX]' /proc/$pid/status && echo alive; done\n";
+  Outcome outcome = Shell(std::string("sleep 66 & own=$!; exec 3>&2; (exec ") + kCommand +
+                          " --format json --no-instances --verbose)\n" + look +
+                          "kill $own && echo mine >&2; rm pids\n");
+  const Json runs = Json::parse(outcome.out)["runs"];
+  ASSERT_EQ(runs.size(), 1U);
+  EXPECT_EQ(runs[0]["left_behind"], (Json{"sleep", "sh", "timeout"}));
+  EXPECT_TRUE(
+      outcome.err.starts_with("kraid-inventory: ended what ./kraid/kelvcmd getconfig 1 al "
+                              "had left behind: sleep, sh, timeout\n"))
+      << outcome.err;
+  EXPECT_TRUE(outcome.err.ends_with("\nmine\n")) << outcome.err;
+
+  // Nor does any of it outlive the command when a signal ends that.
+  ReplaceRuns({{"getconfig 1 al", R"(setsid sh -c 'echo $$ >pids; sleep 62; :' & wait)"}});
+  outcome = Shell(std::string(kCommand) +
+                  " --check & command=$!\n"
+                  "while [ ! -s pids ]; do sleep 0.05; done; kill $command; wait $command\n" +
+                  look);
+  EXPECT_EQ(outcome.out, "KRAID UNKNOWN - a signal ended the check before it had an answer\n");
+}
+
+TEST_F(Inventory, AsRootRunsNothingThatOthersCouldHavePutThere) {
+  if (geteuid() != 0) GTEST_SKIP() << "not as root";
+  ReplaceRuns({{"getconfig 1 al", "touch was_run"}});
+  fs::permissions(folder_, fs::perms::all);
+  const std::string distrusting = "'" KRAID_BUILD_DIR "/bin/kraid-inventory' --check ";
+  for (const char* arguments : {"", "--as-host", "--plugin kraid/kelvcmd"}) {
+    const Outcome outcome = Shell(distrusting + arguments);
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_NE(outcome.out.find("as others than root could have put it there: /"), std::string::npos)
+        << outcome.out;
+  }
+  EXPECT_EQ(FilesMade(), std::set<std::string>());
 }
 
 TEST_F(Inventory, WaitsForAnotherCollectionOfTheSameMachine) {
@@ -288,6 +353,7 @@ TEST_F(Inventory, AnswersAMonitoringSystemInOneLineWhateverHappens) {
       {"--check --output absent/file", 3, "KRAID UNKNOWN - cannot write "},
       {"--check --log absent/file", 3, "KRAID UNKNOWN - cannot write "},
       {"--bogus --check", 3, "KRAID UNKNOWN - "},
+      {"--check --check=x", 3, "KRAID UNKNOWN - "},
   };
   for (const auto& c : cases) {
     const Outcome outcome = Run(c.arguments);

@@ -1,7 +1,10 @@
 // How the command runs tools: what is remembered, shared, bounded, and what is a problem of it.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <set>
 #include <thread>
 
@@ -10,6 +13,7 @@
 #include "inventory/runs/run_problems.h"
 #include "inventory/runs/sanitize.h"
 #include "inventory/runs/tool_runs.h"
+#include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
 
 namespace {
@@ -141,6 +145,94 @@ TEST_F(Runs, OfAToolThatHangsAreFewAndNamed) {
                    "run_timed_out|getconfig al|3" + stopped + "3 al|was stopped",
                    "run_not_asked||0|11|blind|/bin/sh, 11 runs|" + why + "3 times"}));
   EXPECT_EQ(runs, (Texts{"getconfig 1", "getconfig 2", "getconfig 3"}));
+
+  // Nor is one that cannot be killed asked again, whatever it was stopped for.
+  runs.clear();
+  answer = [](const std::string&, int) {
+    standin::ProcessResult result = Failed(standin::ProcessEnd::kOutputLimit, "was stopped");
+    result.has_outlived_killing = true;
+    return result;
+  };
+  ToolRuns immortal = Make();
+  Ask(immortal, "a", 1);
+  EXPECT_EQ(Ask(immortal, "b", 1), "/bin/sh: " + why + "over this controller");
+  EXPECT_EQ(runs, (Texts{"a 1"}));
+}
+
+TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
+  std::string folder = "/run/kraid-XXXXXX";  // which nobody else can write to, on most machines
+  if (geteuid() != 0 || mkdtemp(folder.data()) == nullptr) GTEST_SKIP() << "not as root";
+  const struct {
+    const char* set_up;
+    const char* tool;
+    std::string why;  // "" when it runs; F is the folder
+  } cases[] = {
+      {"", "tool", ""},
+      {"ln -s d/tool F/link", "link", ""},
+      {"ln -s F/absent F/link", "link", ""},
+      {"ln -s link F/link", "link", ""},
+      {"chmod o+w F/d", "d/absent", ""},
+      {"chmod g+w F/tool", "tool",
+       "F/tool can be written to by others; mend it with: chmod go-w 'F/tool'"},
+      {"chown 65534 F/tool", "tool",
+       "F/tool belongs to user 65534; mend it with: chown root:root 'F/tool'"},
+      {"chmod o+w F/d; chown 65534 F/d F/d/tool", "d/tool",
+       "F/d belongs to user 65534 and can be written to by others; mend it with: "
+       "chown root:root 'F/d' && chmod go-w 'F/d'"},
+      {"chmod 1777 F/d", "d/tool", "F/d is a folder for all; mend it with: mv 'F/d' /opt/"},
+      {"chmod o+w F/d; ln -s F/d/tool F/link", "link",
+       "F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
+      {"chmod o+w F/d; ln -s d/../tool F/link", "link",
+       "F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
+      {"chmod o+w F/d; printf '#! F/d/tool -x\\n' >F/tool", "tool",
+       "its interpreter: F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
+      {"printf '#!/bin/sh\\n' >F/tool", "tool", ""},
+  };
+  const auto here = [&folder](std::string text) {
+    for (auto at = text.find('F'); at != std::string::npos; at = text.find('F', at + 1)) {
+      text.replace(at, 1, folder);
+    }
+    return text;
+  };
+  for (const auto& c : cases) {
+    const std::string set_up =
+        "rm -rf F/*; mkdir F/d; chmod 755 F F/d; cp /bin/true F/tool; cp /bin/true F/d/tool; ";
+    ASSERT_EQ(std::system(here(set_up + c.set_up).c_str()), 0);
+    runs.clear();
+    RunBounds bounds;
+    bounds.trusts_tools = false;
+    ToolRuns tools = Make(bounds);
+    std::string failure;
+    try {
+      tools.Run(folder + "/" + c.tool, {"getconfig", "1", "al"});
+    } catch (const NKVXHMZ20::THMZException& error) {
+      failure = error.what();
+    }
+    EXPECT_EQ(runs.size(), c.why.empty() ? 1U : 0U) << c.set_up;
+    const std::vector<Problem> problems = FindRunProblems(tools.GetRecords());
+    if (c.why.empty()) {
+      EXPECT_EQ(failure, "") << c.set_up;
+      continue;
+    }
+    EXPECT_NE(failure.find("could have put it there: " + here(c.why) + "; --trust"),
+              std::string::npos)
+        << failure;
+    ASSERT_EQ(problems.size(), 1U);
+    EXPECT_EQ(problems[0].kind, ProblemKind::kToolUntrusted);
+    EXPECT_TRUE(problems[0].is_blind);
+  }
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(Runs, AreOfTheFileThatWasLookedAt) {
+  if (!TrustedFile("/bin/true").WhyNot().empty()) GTEST_SKIP() << "/bin is not root's alone";
+  RunBounds bounds;
+  bounds.trusts_tools = false;
+  ToolRuns tools = Make(bounds);
+  tools.Run("/bin/true", {"a", "1", "al"});
+  EXPECT_GE(limits_seen.at(0).executable, 0);
+  // Its interpreter reads the path.
+  EXPECT_EQ(TrustedFile("/usr/bin/ldd").GetDescriptor(), -1);
 }
 
 TEST_F(Runs, AreBoundedTogether) {

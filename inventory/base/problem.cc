@@ -6,6 +6,8 @@ const char* NameOf(ProblemKind kind) {
       return "tool_absent";
     case ProblemKind::kToolRefused:
       return "tool_refused";
+    case ProblemKind::kToolUntrusted:
+      return "tool_untrusted";
     case ProblemKind::kToolFailed:
       return "tool_failed";
     case ProblemKind::kRunFailed:

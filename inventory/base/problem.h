@@ -8,6 +8,7 @@
 enum class ProblemKind {
   kToolAbsent,          ///< A tool that is not there: most machines lack two of the three.
   kToolRefused,         ///< A tool that is there and says nothing of use about any controller.
+  kToolUntrusted,       ///< A tool, or a plug-in, that not only root could have put there.
   kToolFailed,          ///< A tool none of whose runs ended by itself.
   kRunFailed,           ///< Some runs that did not end by themselves, or with nothing but a status.
   kRunTimedOut,         ///< Some runs that were stopped at their time limit.

@@ -29,6 +29,8 @@ const char* NameOf(RunEnd end) {
       return "not_started";
     case RunEnd::kNotAsked:
       return "not_asked";
+    case RunEnd::kUntrusted:
+      return "untrusted";
     case RunEnd::kLost:
       break;
   }

@@ -19,6 +19,7 @@ enum class RunEnd {
   kOutputLimit,  ///< Stopped at its output limit.
   kNotStarted,   ///< The system could not start it.
   kNotAsked,     ///< Not started on purpose: what went before had used up its bounds.
+  kUntrusted,    ///< Not started on purpose: not only root could have put the tool there.
   kLost,         ///< It ended, but nobody knows how.
 };
 
@@ -42,7 +43,8 @@ struct RunRecord {
   std::string last_error_line;   ///< The last one with something on it.
   /// Standard output, byte for byte; empty when the run failed.
   std::shared_ptr<const std::string> output = std::make_shared<std::string>();
-  bool is_tool_absent = false;  ///< Nothing was at the program's path.
+  std::vector<std::string> left_behind;  ///< What was ended after it, each by its name.
+  bool is_tool_absent = false;           ///< Nothing was at the program's path.
   /// For a recording, and else empty: standard output also where the run failed (its beginning
   /// then), and standard error as far as the host keeps it.
   std::shared_ptr<const std::string> whole_output = std::make_shared<std::string>();

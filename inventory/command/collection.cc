@@ -1,5 +1,7 @@
 #include "inventory/command/collection.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <exception>
@@ -9,6 +11,7 @@
 #include <utility>
 
 #include "inventory/command/watched_class.h"
+#include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
 #include "standin/plugin_manager.h"
 
@@ -81,6 +84,7 @@ class Attempt {
   /// Salvaging, it ends at the first throw over an output and says why: see `GetUnreadable`.
   void Run(bool is_salvaging) {
     try {
+      if (IsUntrusted()) return;
       standin::LoadedPlugin plugin(options_.plugin);
       for (int pass = 0; pass < options_.passes && !unreadable_; ++pass) {
         const std::size_t committed_before = collection_.repository->GetCommitted().size();
@@ -90,12 +94,7 @@ class Attempt {
         }
       }
     } catch (const std::exception& error) {
-      Problem problem;
-      problem.kind = ProblemKind::kPluginFailed;
-      problem.what = "plug-in " + options_.plugin.string();
-      problem.why = error.what();
-      problem.is_blind = true;
-      collection_.failures.push_back(std::move(problem));
+      AddPluginFailure(ProblemKind::kPluginFailed, error.what());
     }
   }
 
@@ -103,6 +102,25 @@ class Attempt {
   Collection Take() { return std::move(collection_); }
 
  private:
+  void AddPluginFailure(ProblemKind kind, const std::string& why) {
+    Problem& problem = collection_.failures.emplace_back();
+    problem.kind = kind;
+    problem.what = "plug-in " + options_.plugin.string();
+    problem.why = why;
+    problem.is_blind = true;
+  }
+
+  /// Whether it is one of the user's choice that gets no rights of root's.
+  bool IsUntrusted() {
+    if (!options_.is_own_plugin || options_.trust_tools || geteuid() != 0) return false;
+    const TrustedFile file(options_.plugin);
+    if (file.WhyNot().empty()) return false;
+    AddPluginFailure(ProblemKind::kToolUntrusted,
+                     "was not loaded, as others than root could have put it there: " +
+                         file.WhyNot() + "; --trust-tools loads it all the same");
+    return true;
+  }
+
   void RunPass(standin::LoadedPlugin& plugin, bool is_salvaging) {
     std::string publishing;
     std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;

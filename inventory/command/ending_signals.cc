@@ -8,18 +8,20 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "standin/process.h"
+#include "inventory/runs/left_processes.h"
 
 namespace {
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+// All that would end this program otherwise, unless it is a fault of its own.
+constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM,
+                                  SIGALRM, SIGXCPU, SIGUSR1, SIGUSR2};
 
 // For the signal handler: it changes only while that is kept from running.
 char last_words[500];
 std::size_t last_words_size = 0;
 
 void EndBySignal(int number) {
-  standin::KillRunningProcess();
+  KillAllProcesses();
   UnfinishedFile::RemoveAll();
   // Only where it does not wait for a reader: nothing may keep this program from ending.
   pollfd output = {STDOUT_FILENO, POLLOUT, 0};
@@ -63,8 +65,10 @@ void CleanUpOnSignals() {
     sigaction(number, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
   }
-  // A reader that goes away is an error of writing, not the end of this program.
+  // A reader that goes away, or a file that grows too large, is an error of writing, not the end of
+  // this program.
   signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
 }
 
 void SayWhenASignalEnds(const std::string& text) {

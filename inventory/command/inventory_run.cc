@@ -28,6 +28,7 @@
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/document_reader.h"
+#include "inventory/runs/left_processes.h"
 #include "inventory/runs/recording.h"
 #include "inventory/runs/recording_reader.h"
 #include "inventory/runs/recording_writer.h"
@@ -70,7 +71,7 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
   if (options.verbose) {
     observer.after = [&progress](const RunRecord& record) {
       progress.Clear();
-      ShowErrorOutput(record);
+      ShowRun(record);
     };
   }
   // A recording is for others, too.
@@ -85,7 +86,8 @@ void AddProblems(const Options& options, Outcome& outcome) {
   problems.insert(problems.end(), outcome.failures.begin(), outcome.failures.end());
   for (const Problem& problem : problems) {
     if (problem.kind == ProblemKind::kOutputUnreadable ||
-        problem.kind == ProblemKind::kPluginFailed) {
+        problem.kind == ProblemKind::kPluginFailed ||
+        (problem.kind == ProblemKind::kToolUntrusted && problem.tool.empty())) {
       Complain(problem.what + ": " + problem.why);
       report.exit_status = kExitFailed;
     }
@@ -128,9 +130,10 @@ Outcome CollectHere(const Options& options, std::optional<std::chrono::milliseco
   bounds.collection = limit;
   bounds.asked = options.timeout;
   bounds.keeps_all = recording != nullptr;
+  bounds.trusts_tools = options.trust_tools || geteuid() != 0;
   ProgressLine progress;
-  ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn,
-                 Observe(options, progress));
+  ToolRuns tools(bounds, options.as_host ? Sharing::kOff : Sharing::kOn, Observe(options, progress),
+                 RunAndEndAll);
   Recorder recorder;
   standin::HostServices services = standin::Services();
   const auto collected_at = services.get_local_time();
@@ -142,7 +145,8 @@ Outcome CollectHere(const Options& options, std::optional<std::chrono::milliseco
   Report& report = *outcome.report;
   report.collected_at = collected_at;
   report.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
-  report.root = std::filesystem::current_path().string();
+  std::error_code gone;
+  report.root = std::filesystem::current_path(gone).string();
   if (recording != nullptr) {
     *recording = {report.host,         report.root,         options.as_host,
                   options.passes,      collected_at,        report.duration,
@@ -156,7 +160,7 @@ Outcome Replay(Options options, const Recording& recording, LogFile& log) {
   options.as_host = recording.as_host;
   options.passes = recording.passes;
   RunObserver observer;
-  if (options.verbose) observer.after = ShowErrorOutput;
+  if (options.verbose) observer.after = ShowRun;
   ToolRuns tools(recording, std::move(observer));
   Outcome outcome = CollectOutcome(options, ReplayServices(recording), tools, log);
   outcome.report->collected_at = recording.collected_at;

@@ -7,6 +7,7 @@
 #include "inventory/command/messages.h"
 #include "inventory/command/options.h"
 #include "inventory/command/process_setup.h"
+#include "inventory/runs/left_processes.h"
 
 int main(int argc, char** argv) {
   SetUpProcess();
@@ -15,9 +16,12 @@ int main(int argc, char** argv) {
     int exit_status = kExitAnswered;
     options = ParseOptions(argc, argv, exit_status);
     if (!options) return exit_status;
+    InheritLeftProcesses();
     CleanUpOnSignals();
     return RunInventory(*options);
   } catch (const std::exception& error) {
-    return Refuse(error.what(), options && options->is_check, kExitFailed);
+    return Refuse(error.what(), IsCheck(argc, argv), kExitFailed);
+  } catch (...) {
+    return Refuse("an unknown exception", IsCheck(argc, argv), kExitFailed);
   }
 }

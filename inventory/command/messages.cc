@@ -10,7 +10,14 @@ void Complain(const std::string& text) {
   std::cerr << kProgramName << ": " << Sanitized(text, Layout::kOneLine) << std::endl;
 }
 
-void ShowErrorOutput(const RunRecord& run) {
+void ShowRun(const RunRecord& run) {
+  if (!run.left_behind.empty()) {
+    std::string names;
+    for (const std::string& name : run.left_behind) {
+      names += (names.empty() ? "" : ", ") + name;
+    }
+    Complain("ended what " + run.CommandLine() + " had left behind: " + names);
+  }
   if (run.error_output.empty()) return;
   Complain("standard error of " + run.CommandLine() + ":");
   std::cerr << Sanitized(run.error_output, Layout::kLines);

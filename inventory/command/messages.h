@@ -8,8 +8,9 @@
 /// Writes one line to standard error, behind this program's name; Sanitized.
 void Complain(const std::string& text);
 
-/// Shows on standard error what a run wrote there, its beginning; nothing when it wrote nothing.
-void ShowErrorOutput(const RunRecord& run);
+/// Shows on standard error what a run wrote there, its beginning, and what it left behind; nothing
+/// when it did neither.
+void ShowRun(const RunRecord& run);
 
 /// Says on standard error why nothing can be answered; a check has its line on standard output all
 /// the same. Returns how to end: with `exit_status`, or as an unknown check.

@@ -71,11 +71,8 @@ std::nullopt_t Answer(const std::string& text, int& exit_status) {
 /// for behind the fault.
 std::nullopt_t RefuseUsage(const std::string& why, std::span<const char* const> arguments,
                            int& exit_status) {
-  const bool is_check =
-      std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
-        return argument == "--check" || argument.starts_with("--check=");
-      });
-  exit_status = Refuse(why, is_check, kExitUsage);
+  exit_status =
+      Refuse(why, IsCheck(static_cast<int>(arguments.size()), arguments.data()), kExitUsage);
   std::cerr << "Try '" << kProgramName << " --help' for the options.\n";
   return std::nullopt;
 }
@@ -136,6 +133,12 @@ fs::path Absolute(const fs::path& path) {
 
 }  // namespace
 
+bool IsCheck(int argc, const char* const* argv) {
+  return std::any_of(argv, argv + argc, [](std::string_view argument) {
+    return argument == "--check" || argument.starts_with("--check=");
+  });
+}
+
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status) {
   Options options;
   options.plugin = DefaultPlugin();
@@ -160,10 +163,11 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "work in this directory: the tools are DIR/kraid/... (default: the current one)")
       ->type_name("DIR")
       ->check(CLI::ExistingDirectory.description(""));
-  app.add_option("--plugin", options.plugin,
-                 "the plug-in to load (default: the one beside this program)")
-      ->type_name("FILE")
-      ->check(CLI::ExistingFile.description(""));
+  CLI::Option* const plugin =
+      app.add_option("--plugin", options.plugin,
+                     "the plug-in to load (default: the one beside this program)")
+          ->type_name("FILE")
+          ->check(CLI::ExistingFile.description(""));
   CLI::Option* const format =
       AddChoice(app, "--format", options.view, kFormats,
                 "text, for people (the default); json; mof, for the schema kvxsg.mof");
@@ -230,6 +234,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
       ->check(CLI::ExistingFile.description(""));
   app.add_flag("--no-instances", no_instances, "leave the instances out of JSON");
   app.add_flag("--no-lock", no_lock, "do not wait for another collection below the same root");
+  app.add_flag("--trust-tools", options.trust_tools,
+               "as root, run tools that others than root could have put there");
   app.add_flag("--verbose", options.verbose,
                "show the standard error of the tools, and what no parser took of their output");
 
@@ -282,6 +288,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   options.tool_timeout = Milliseconds(tool_timeout_s);
   if (check || timeout->count() > 0) options.timeout = Milliseconds(timeout_s);
   options.lock = !no_lock;
+  options.is_own_plugin = plugin->count() > 0;
   if (max_age->count() > 0) options.max_age = Milliseconds(max_age_s);
   if (record->count() > 0 && !options.all_classes) {
     return RefuseUsage("--record goes with no classes: it keeps all", arguments, exit_status);

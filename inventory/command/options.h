@@ -21,12 +21,14 @@ struct Options {
   Color color = Color::kAuto;
   std::filesystem::path root;  // empty: stay here
   std::filesystem::path plugin;
+  bool is_own_plugin = false;    // the user named it
   std::filesystem::path output;  // empty: standard output
   std::filesystem::path log;     // empty: none
   int passes = 1;
   std::chrono::milliseconds tool_timeout{std::chrono::seconds{60}};
   std::optional<std::chrono::milliseconds> timeout;  // of the collection; none: no limit
   bool as_host = false;                              // every request runs, the first throw counts
+  bool trust_tools = false;                          // tools and plug-in, wherever they are
   bool lock = true;
   RunsShown runs = RunsShown::kFailed;
   std::vector<std::uint64_t> controllers;            // none: all
@@ -45,5 +47,8 @@ struct Options {
 /// was asked for, or the command line is wrong and standard error says why (standard output, too,
 /// when a check was asked for); `exit_status` then tells how to end.
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status);
+
+/// Whether a check is asked for somewhere on a command line, be it one that cannot be read.
+bool IsCheck(int argc, const char* const* argv);
 
 #endif  // INVENTORY_COMMAND_OPTIONS_H_

@@ -104,6 +104,7 @@ void WriteRun(FieldWriter& fields, const RunRecord& run) {
   if (run.end == RunEnd::kExited) fields("exit_status", run.exit_status);
   if (run.end == RunEnd::kSignalled) fields("signal", run.signal);
   if (!run.reason.empty()) fields("reason", run.reason);
+  if (!run.left_behind.empty()) fields("left_behind", run.left_behind);
   if (!run.why_unreadable.empty()) fields("unreadable", run.why_unreadable);
 }
 
@@ -116,7 +117,8 @@ std::vector<const RunRecord*> ShownRuns(const Report& report, RunsShown shown) {
   std::vector<const RunRecord*> runs;
   for (const RunRecord& run : report.runs) {
     const bool has_failed =
-        (run.HasFailed() && !absent.contains(run.program)) || !run.why_unreadable.empty();
+        (run.HasFailed() && !absent.contains(run.program)) || !run.why_unreadable.empty() ||
+        !run.left_behind.empty();
     if (shown == RunsShown::kAll || (shown == RunsShown::kFailed && has_failed)) {
       runs.push_back(&run);
     }

@@ -67,14 +67,18 @@ void PrintAbsentTools(const Report& report, TextWriter& writer) {
   }
   if (absent.empty()) return;
   writer.Line();
-  writer.FlowWords({}, "  ", Readable("Not installed in " + report.root + ": " + absent));
+  // A folder that is gone has no name.
+  const std::string where = report.root.empty() ? "" : " in " + report.root;
+  writer.FlowWords({}, "  ", Readable("Not installed" + where + ": " + absent));
 }
 
 void PrintHint(const std::string& root, TextWriter& writer) {
   writer.Line();
+  const std::string where =
+      root.empty() ? "kraid below the working folder, which is gone" : root + "/kraid";
   writer.FlowWords({}, "",
-                   Readable("The tools kelvcmd, hrconf and arcconf are looked for in " + root +
-                            "/kraid; --root names another directory. Most of them need root. "
+                   Readable("The tools kelvcmd, hrconf and arcconf are looked for in " + where +
+                            "; --root names another directory. Most of them need root. "
                             "\"kraid-inventory KVXSG_krRawData\" shows what they said."));
 }
 

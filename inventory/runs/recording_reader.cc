@@ -146,6 +146,11 @@ class IndexReader {
     if (record.end == RunEnd::kSignalled) {
       record.signal = static_cast<int>(Bounded(run["signal"], 1, 64));
     }
+    if (run.Has("left_behind")) {
+      for (const JsonView& name : run["left_behind"].Items()) {
+        record.left_behind.push_back(name.Text());
+      }
+    }
     record.is_tool_absent = run.Has("tool_absent") && run["tool_absent"].Bool();
     record.whole_output = std::make_shared<const std::string>(TextOf(run, "output"));
     record.whole_error_output = std::make_shared<const std::string>(TextOf(run, "error_output"));

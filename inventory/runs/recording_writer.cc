@@ -102,6 +102,7 @@ class FolderWriter {
     if (run.end == RunEnd::kExited) entry["exit_status"] = run.exit_status;
     if (run.end == RunEnd::kSignalled) entry["signal"] = run.signal;
     if (!run.reason.empty()) entry["reason"] = run.reason;
+    if (!run.left_behind.empty()) entry["left_behind"] = run.left_behind;
     if (run.is_tool_absent) entry["tool_absent"] = true;
     const std::string stem = StemOf(run, index);
     AddText("output", stem, ".txt", *run.whole_output, run.exit_status != 0, entry);

@@ -125,6 +125,13 @@ class ToolProblems {
 
   /// Whether there is nothing to be had from the tool at all.
   bool FindWholeTool() {
+    for (const RunRecord* run : runs_) {
+      if (run->end != RunEnd::kUntrusted) continue;
+      const auto is_untrusted = [](const RunRecord* r) { return r->end == RunEnd::kUntrusted; };
+      AddTool(ProblemKind::kToolUntrusted, run->reason,
+              static_cast<std::size_t>(std::count_if(runs_.begin(), runs_.end(), is_untrusted)));
+      return true;
+    }
     Runs asked;
     for (const RunRecord* run : runs_) {
       if (run->end != RunEnd::kNotAsked) asked.push_back(run);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "hmz/exception.h"
+#include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
 #include "standin/host_services.h"
 
@@ -145,8 +146,20 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
     record.is_tool_absent = IsAbsent(program);
     return record;
   }
-  observer_.before(record.CommandLine());
   standin::ProcessLimits limits = bounds_.run;
+  std::optional<TrustedFile> file;
+  if (!bounds_.trusts_tools) {
+    file.emplace(program);
+    if (!file->WhyNot().empty()) {
+      record.end = RunEnd::kUntrusted;
+      record.reason =
+          "was not run, as others than root could have put it there: " + file->WhyNot() +
+          "; --trust-tools runs it all the same";
+      return record;
+    }
+    limits.executable = file->GetDescriptor();
+  }
+  observer_.before(record.CommandLine());
   const bool is_last = bounds_.collection && TimeLeft() < limits.time;
   if (is_last) limits.time = TimeLeft();
   const std::size_t room = bounds_.output_bytes - output_bytes_;
@@ -155,23 +168,26 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   const auto start = Clock::now();
   standin::ProcessResult result = process_(program, arguments, limits);
   record.duration = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+  *begin_ += result.suspended;
   record.end = EndOf(result.end);
   record.exit_status = result.exit_status;
   record.signal = result.signal;
   record.output_bytes = result.output.size();
   record.error_bytes = result.error_bytes;
   record.SetErrorOutput(result.error_output);
+  record.left_behind = std::move(result.left_behind);
   record.is_tool_absent = record.end != RunEnd::kExited && IsAbsent(program);
   record.reason = std::move(result.failure);
   // The reasons begin with the program, which whoever shows them names already.
   if (record.reason.starts_with(program + ": ")) record.reason.erase(0, program.size() + 2);
-  if (record.end == RunEnd::kTimedOut) {
+  // What cannot be killed hangs, whatever it was stopped for.
+  if (record.end == RunEnd::kTimedOut || result.has_outlived_killing) {
     ++hangs_[program];
     hanging_controllers_.emplace(program, record.Controller());
-    if (is_last) {
-      record.reason = "was stopped: the time limit of the whole collection, " +
-                      Seconds(bounds_.asked.value_or(*bounds_.collection)) + ", was over";
-    }
+  }
+  if (record.end == RunEnd::kTimedOut && is_last) {
+    record.reason = "was stopped: the time limit of the whole collection, " +
+                    Seconds(bounds_.asked.value_or(*bounds_.collection)) + ", was over";
   }
   if (record.end == RunEnd::kOutputLimit && fills_room) {
     record.reason = "was stopped: the outputs of all runs had used up the " + MebibytesInAll();

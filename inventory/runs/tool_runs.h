@@ -24,7 +24,8 @@ struct RunBounds {
   std::optional<std::chrono::milliseconds> asked = {};
   std::size_t output_bytes = std::size_t{256} << 20;  ///< Of all of them together.
   int hangs = 3;                                      ///< Of one tool, before it is given up.
-  bool keeps_all = false;  ///< Whether the records keep their whole outputs, for a recording.
+  bool keeps_all = false;    ///< Whether the records keep their whole outputs, for a recording.
+  bool trusts_tools = true;  ///< Whether a tool runs wherever it is; see TrustedFile.
 };
 
 /// Whether a command line runs once, or each time that the plug-in asks for it.

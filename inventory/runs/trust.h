@@ -1,0 +1,32 @@
+#ifndef INVENTORY_RUNS_TRUST_H_
+#define INVENTORY_RUNS_TRUST_H_
+
+#include <filesystem>
+#include <string>
+
+/// A file that is about to be executed or loaded with root's rights: whether only root could have
+/// put it where it is. That is so when it and every folder above it, up to "/", belong to root and
+/// can be written to by nobody else; a sticky folder for all is not good enough. Links are followed
+/// to where they lead. Of a script the same goes for its interpreter.
+class TrustedFile {
+ public:
+  /// A relative path is one of the working folder.
+  explicit TrustedFile(const std::filesystem::path& path);
+  ~TrustedFile();
+  TrustedFile(const TrustedFile&) = delete;
+  TrustedFile& operator=(const TrustedFile&) = delete;
+
+  /// "" when the file can be trusted, or when nothing is at the path. Otherwise what is wrong, for
+  /// a person: the first folder from the root on that is to blame, and the command that mends it.
+  const std::string& WhyNot() const { return why_not_; }
+
+  /// The file that was looked at, open; it belongs to this object. -1 when there is none, and for a
+  /// script: its interpreter reads the path again, whatever was opened here.
+  int GetDescriptor() const { return descriptor_; }
+
+ private:
+  std::string why_not_;
+  int descriptor_ = -1;
+};
+
+#endif  // INVENTORY_RUNS_TRUST_H_
