@@ -116,9 +116,8 @@ std::vector<const RunRecord*> ShownRuns(const Report& report, RunsShown shown) {
   }
   std::vector<const RunRecord*> runs;
   for (const RunRecord& run : report.runs) {
-    const bool has_failed =
-        (run.HasFailed() && !absent.contains(run.program)) || !run.why_unreadable.empty() ||
-        !run.left_behind.empty();
+    const bool has_failed = (run.HasFailed() && !absent.contains(run.program)) ||
+                            !run.why_unreadable.empty() || !run.left_behind.empty();
     if (shown == RunsShown::kAll || (shown == RunsShown::kFailed && has_failed)) {
       runs.push_back(&run);
     }
