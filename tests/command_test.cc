@@ -32,7 +32,7 @@ using Texts = std::vector<std::string>;
 
 TEST(LogFile, HasOneLineForEachMessage) {
   const std::string path = testing::TempDir() + "kraid-log-" + std::to_string(getpid());
-  LogFile log(path);
+  LogFile log(FindPlace(path));
   log.Write(3, "first\\line\nsecond\ttab");
   log.Write(-1, "");
   EXPECT_EQ(ReadFile(path), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");

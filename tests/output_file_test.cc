@@ -42,9 +42,9 @@ TEST_F(OutputFileTest, GivesAFileItsContentWholeOrNotAtAll) {
   umask(027);
   for (const char* name : {"link", "ahead"}) {
     const Names names = All();
-    OutputFile(folder_ / name).Write("not finished");
+    OutputFile(FindPlace(folder_ / name)).Write("not finished");
     EXPECT_EQ(All(), names);
-    OutputFile output(folder_ / name);
+    OutputFile output(FindPlace(folder_ / name));
     output.Write("half, ");
     EXPECT_EQ(ReadFile(folder_ / name), *name == 'l' ? "before" : "");
     output.Write("whole");
@@ -67,7 +67,7 @@ TEST_F(OutputFileTest, TellsWhatFailed) {
       {"/dev/full", "No space left on device"},
   };
   for (const auto& [path, error] : cases) {
-    OutputFile output(path);
+    OutputFile output(FindPlace(path));
     output.Write("text");
     output.Finish();
     EXPECT_EQ(output.GetError(), error) << path;
@@ -84,9 +84,9 @@ TEST_F(OutputFileTest, OfSeveralGoWithTheSignalThatEndsTheProgram) {
         signal(number, is_ignored ? SIG_IGN : SIG_DFL);
         CleanUpOnSignals();
         {
-          OutputFile first(folder_ / "1");
-          OutputFile second(folder_ / "2");
-          OutputFile third(folder_ / "3");
+          OutputFile first(FindPlace(folder_ / "1"));
+          OutputFile second(FindPlace(folder_ / "2"));
+          OutputFile third(FindPlace(folder_ / "3"));
           second.Write("of the second");
           first.Write("of the first");
           second.Finish();

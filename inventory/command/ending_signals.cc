@@ -2,9 +2,12 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/random.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
@@ -76,23 +79,29 @@ void SayWhenASignalEnds(const std::string& text) {
   last_words_size = text.copy(last_words, sizeof last_words);
 }
 
-// The list and the paths in it, which the signal handler reads, change only while it is kept from
+// The list and the names in it, which the signal handler reads, change only while it is kept from
 // running.
 UnfinishedFile* UnfinishedFile::first_ = nullptr;
 
 UnfinishedFile::~UnfinishedFile() {
-  if (path_.empty()) return;
+  if (name_.empty()) return;
   const SignalsBlocked blocked;
-  unlink(path_.c_str());
+  unlinkat(folder_, name_.c_str(), 0);
   Forget();
 }
 
-int UnfinishedFile::Create(const std::filesystem::path& folder) {
+int UnfinishedFile::Create(int folder) {
   const SignalsBlocked blocked;
-  path_ = (folder / ".kraid-XXXXXX").string();
-  const int descriptor = mkostemp(path_.data(), O_CLOEXEC);
+  folder_ = folder;
+  int descriptor = -1;
+  do {
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) < 0) break;
+    name_ = ".kraid-" + std::to_string(number);
+    descriptor = openat(folder_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  } while (descriptor < 0 && errno == EEXIST);
   if (descriptor < 0) {
-    path_.clear();
+    name_.clear();
   } else {
     next_ = first_;
     first_ = this;
@@ -100,16 +109,16 @@ int UnfinishedFile::Create(const std::filesystem::path& folder) {
   return descriptor;
 }
 
-bool UnfinishedFile::MoveTo(const std::filesystem::path& place) {
+bool UnfinishedFile::MoveTo(const std::string& name) {
   const SignalsBlocked blocked;
-  if (std::rename(path_.c_str(), place.c_str()) != 0) return false;
+  if (renameat(folder_, name_.c_str(), folder_, name.c_str()) != 0) return false;
   Forget();
   return true;
 }
 
 void UnfinishedFile::RemoveAll() noexcept {
   for (const UnfinishedFile* file = first_; file != nullptr; file = file->next_) {
-    unlink(file->path_.c_str());
+    unlinkat(file->folder_, file->name_.c_str(), 0);
   }
 }
 
@@ -117,5 +126,5 @@ void UnfinishedFile::Forget() {
   UnfinishedFile** link = &first_;
   while (*link != this) link = &(*link)->next_;
   *link = next_;
-  path_.clear();
+  name_.clear();
 }

@@ -1,7 +1,6 @@
 #ifndef INVENTORY_COMMAND_ENDING_SIGNALS_H_
 #define INVENTORY_COMMAND_ENDING_SIGNALS_H_
 
-#include <filesystem>
 #include <string>
 
 /// Ends a run that a signal ends: the tool in progress and all unfinished files go with it. Signals
@@ -21,11 +20,13 @@ class UnfinishedFile {
   UnfinishedFile(const UnfinishedFile&) = delete;
   UnfinishedFile& operator=(const UnfinishedFile&) = delete;
 
-  /// Makes the file, empty, under a new name in `folder`. To be called once. Returns a descriptor
-  /// to write to, which the caller closes, or -1 with errno set.
-  int Create(const std::filesystem::path& folder);
-  /// Takes the file to its place, where it stays. Returns false with errno set when it cannot.
-  bool MoveTo(const std::filesystem::path& place);
+  /// Makes the file, empty and for nobody else, under a new name in the folder, whose descriptor
+  /// stays open for as long as this lives. To be called once. Returns a descriptor to write to,
+  /// which the caller closes, or -1 with errno set.
+  int Create(int folder);
+  /// Gives the file this name in the folder, where it stays. Returns false with errno set when it
+  /// cannot.
+  bool MoveTo(const std::string& name);
 
   /// Removes all that there are; async-signal-safe.
   static void RemoveAll() noexcept;
@@ -35,7 +36,8 @@ class UnfinishedFile {
 
   static UnfinishedFile* first_;
   UnfinishedFile* next_ = nullptr;
-  std::string path_;  // "" when there is no file
+  int folder_ = -1;
+  std::string name_;  // "" when there is no file
 };
 
 #endif  // INVENTORY_COMMAND_ENDING_SIGNALS_H_

@@ -18,6 +18,7 @@
 #include "inventory/command/collection_lock.h"
 #include "inventory/command/ending_signals.h"
 #include "inventory/command/exit_status.h"
+#include "inventory/command/file_place.h"
 #include "inventory/command/log_file.h"
 #include "inventory/command/messages.h"
 #include "inventory/command/output_file.h"
@@ -50,6 +51,30 @@ struct Outcome {
   std::vector<Problem> failures;  ///< Of the plug-in or the host.
   std::optional<Comparison> comparison = {};
 };
+
+/// Where the results go besides standard output.
+struct Places {
+  explicit Places(const Options& options)
+      : output(FindPlace(options.output)),
+        log(FindPlace(options.log)),
+        record(FindPlace(options.record.has_filename() ? options.record
+                                                       : options.record.parent_path())) {}
+
+  FilePlace output;
+  FilePlace log;
+  FilePlace record;
+};
+
+/// Why one of the results would destroy another; "" when none does.
+std::string FindClash(const Options& options, const Places& places) {
+  if (AreInConflict(places.output, places.log)) return "--log and --output name the same file";
+  for (const bool is_log : {true, false}) {
+    if (!IsInside(is_log ? places.log : places.output, places.record)) continue;
+    const std::filesystem::path& file = is_log ? options.log : options.output;
+    return "--record replaces the folder that " + file.string() + " is in";
+  }
+  return "";
+}
 
 /// "cannot write FILE: WHY"
 std::string CannotWrite(const std::filesystem::path& file, const std::string& why) {
@@ -196,7 +221,7 @@ Outcome TakeOutcome(const Options& options, std::optional<std::chrono::milliseco
                     LogFile& log, Source& source) {
   if (options.replay.empty()) {
     // Nothing of what is to be hidden may be shown: all is done once more without it.
-    LogFile none{std::filesystem::path()};
+    LogFile none{FilePlace()};
     Options quiet = options;
     quiet.verbose = quiet.verbose && !options.sanitize;
     Outcome outcome = CollectHere(quiet, limit, options.sanitize ? none : log,
@@ -245,16 +270,20 @@ int RunInventory(const Options& options) {
   const auto refuse = [&options](const std::string& why, int exit_status) {
     return Refuse(why, options.is_check, exit_status);
   };
-  OutputFile output(options.output);
+  Places places(options);
+  const std::string clash = FindClash(options, places);
+  if (!clash.empty()) return refuse(clash, kExitOutput);
+  OutputFile output(std::move(places.output));
   if (!output.GetError().empty()) {
     return refuse(CannotWrite(options.output, output.GetError()), kExitOutput);
   }
-  LogFile log(options.log);
+  LogFile log(places.log);
   if (!log.GetError().empty()) {
     return refuse(CannotWrite(options.log, log.GetError()), kExitOutput);
   }
   if (!options.record.empty()) {
-    const std::string why = WhyNoRecordingFits(options.record);
+    std::string why = places.record.error;
+    if (why.empty()) why = WhyNoRecordingFits(options.record);
     if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
   }
   std::optional<EarlierMachine> earlier = ReadEarlier(options);
@@ -291,7 +320,7 @@ int RunInventory(const Options& options) {
     outcome.report->exit_status = kExitOutput;
   }
   if (!options.record.empty()) {
-    const std::string why = WriteRecording(source.recording, options.record);
+    const std::string why = WriteRecording(source.recording, PathOf(places.record));
     if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
   }
   SayWhenASignalEnds("");

@@ -3,14 +3,21 @@
 #include <cerrno>
 #include <cstring>
 
-LogFile::LogFile(const std::filesystem::path& path) {
-  if (path.empty()) return;
-  file_.open(path, std::ios::binary);
-  Check();
+LogFile::LogFile(const FilePlace& place) : error_(place.error) {
+  if (place.IsNone() || !error_.empty()) return;
+  Descriptor opened;
+  error_ = OpenInPlace(place, opened);
+  if (!error_.empty()) return;
+  file_.reset(fdopen(opened.Get(), "wb"));
+  if (file_ == nullptr) {
+    error_ = std::strerror(errno);
+  } else {
+    opened.Release();
+  }
 }
 
 void LogFile::Write(int level, const std::string& text) {
-  if (!file_.is_open()) return;
+  if (file_ == nullptr || !error_.empty()) return;
   std::string line = std::to_string(level) + '\t';
   for (const char c : text) {
     if (c == '\\') {
@@ -21,10 +28,8 @@ void LogFile::Write(int level, const std::string& text) {
       line += c;
     }
   }
-  file_ << line << std::endl;
-  Check();
-}
-
-void LogFile::Check() {
-  if (!file_ && error_.empty()) error_ = std::strerror(errno);
+  line += '\n';
+  const bool is_written = std::fwrite(line.data(), 1, line.size(), file_.get()) == line.size() &&
+                          std::fflush(file_.get()) == 0;
+  if (!is_written) error_ = std::strerror(errno);
 }

@@ -127,8 +127,13 @@ std::chrono::milliseconds Milliseconds(double seconds) {
   return std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
 }
 
-fs::path Absolute(const fs::path& path) {
-  return path.empty() ? path : fs::absolute(path).lexically_normal();
+/// Leaves the path's words as they are: "a/.." is not the same without its "a" where that is a link.
+/// Returns false when it is relative to a working folder that is gone.
+bool MakeAbsolute(fs::path& path) {
+  if (path.empty() || path.is_absolute()) return true;
+  std::error_code error;
+  path = fs::current_path(error) / path;
+  return !error;
 }
 
 }  // namespace
@@ -317,16 +322,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   }
   for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log,
                          &options.record, &options.replay, &options.earlier}) {
-    *path = Absolute(*path);
-  }
-  for (const fs::path& file : {options.log, options.output}) {
-    const fs::path inside = file.lexically_relative(options.record);
-    if (options.record.empty() || inside.empty() || *inside.begin() == "..") continue;
-    return RefuseUsage("--record replaces the folder that " + file.string() + " is in", arguments,
-                       exit_status);
-  }
-  if (!options.log.empty() && options.log == options.output) {
-    return RefuseUsage("--log and --output name the same file", arguments, exit_status);
+    if (MakeAbsolute(*path)) continue;
+    return RefuseUsage("the working folder is gone, and " + path->string() + " is relative to it",
+                       arguments, exit_status);
   }
   return options;
 }

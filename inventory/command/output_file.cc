@@ -1,57 +1,71 @@
 #include "inventory/command/output_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-
-namespace fs = std::filesystem;
+#include <utility>
 
 namespace {
 
-/// The permissions of the file that is replaced, or those of any new file.
-mode_t ModeOf(const fs::path& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) == 0) return status.st_mode & 07777;
+/// Why the file could not be replaced when all has been collected; "" when it could, as far as that
+/// can be known.
+std::string WhyNotReplaced(const FilePlace& place) {
+  struct statx known {};
+  constexpr unsigned kClosed = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+  const int folder = place.folder.Get();
+  if (statx(folder, "", AT_EMPTY_PATH, 0, &known) == 0 && (known.stx_attributes & kClosed) != 0) {
+    return "its folder is closed: nothing in it may be replaced";
+  }
+  if (!place.exists) return "";
+  const char* const name = place.name.c_str();
+  if (statx(folder, name, AT_SYMLINK_NOFOLLOW, 0, &known) == 0 &&
+      (known.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
+    return "it is mounted there from elsewhere, and cannot be replaced";
+  }
+  // This takes away no file: the kernel says that it is no folder, but what forbids it comes first.
+  if (unlinkat(folder, name, AT_REMOVEDIR) == 0 || errno == ENOTDIR) return "";
+  if (errno == EPERM) return "its folder or its owner keeps it from being replaced";
+  return std::strerror(errno);
+}
+
+/// The new file gets owner, group and permissions of the one that it replaces. Whoever may not give
+/// it away makes it as any new file: what was somebody's own would be another's else.
+bool TakeAfter(const FilePlace& place, int descriptor) {
+  const struct stat& old = place.status;
+  if (place.exists && fchown(descriptor, old.st_uid, old.st_gid) == 0) {
+    return fchmod(descriptor, old.st_mode & 0666) == 0;
+  }
   const mode_t mask = umask(0);
   umask(mask);
-  return 0666 & ~mask;
+  return fchmod(descriptor, 0666 & ~mask) == 0;
 }
 
 }  // namespace
 
-OutputFile::OutputFile(const fs::path& path) {
-  std::error_code ignored;
-  if (path.empty()) {
+OutputFile::OutputFile(FilePlace place) : place_(std::move(place)) {
+  if (place_.IsNone()) {
     file_ = stdout;
-  } else if (const fs::file_status status = fs::status(path, ignored);
-             fs::exists(status) && !fs::is_regular_file(status)) {
-    file_ = std::fopen(path.c_str(), "wbe");
-    if (file_ == nullptr) Fail();
-  } else {
-    target_ = path;
-    // A link stays one, also when what it points to is not there yet.
-    for (int links = 0; fs::is_symlink(fs::symlink_status(target_, ignored)); ++links) {
-      if (links == 40) {
-        errno = ELOOP;
-        Fail();
-        return;
-      }
-      target_ = target_.parent_path() / fs::read_symlink(target_, ignored);
-    }
-    OpenTemporary();
+    return;
   }
-}
-
-void OutputFile::OpenTemporary() {
-  const int descriptor = unfinished_.Create(target_.parent_path());
-  if (descriptor < 0) return Fail();
-  fchmod(descriptor, ModeOf(target_));
-  file_ = fdopen(descriptor, "wb");
+  error_ = place_.error;
+  if (!error_.empty()) return;
+  is_replaced_ = place_.descriptor < 0 && (!place_.exists || S_ISREG(place_.status.st_mode));
+  Descriptor opened;
+  if (!is_replaced_) {
+    error_ = OpenInPlace(place_, opened);
+  } else if (error_ = WhyNotReplaced(place_); error_.empty()) {
+    opened = Descriptor(unfinished_.Create(place_.folder.Get()));
+    if (!opened.IsOpen() || !TakeAfter(place_, opened.Get())) Fail();
+  }
+  if (!error_.empty()) return;
+  file_ = fdopen(opened.Get(), "wb");
   if (file_ == nullptr) {
     Fail();
-    close(descriptor);
+  } else {
+    opened.Release();
   }
 }
 
@@ -66,9 +80,8 @@ void OutputFile::Write(std::string_view text) {
 void OutputFile::Finish() {
   if (!error_.empty()) return;
   if (std::fflush(file_) != 0) return Fail();
-  if (target_.empty()) return;
-  if (fsync(fileno(file_)) != 0) return Fail();
-  if (!unfinished_.MoveTo(target_)) Fail();
+  if (!is_replaced_) return;
+  if (fsync(fileno(file_)) != 0 || !unfinished_.MoveTo(place_.name)) Fail();
 }
 
 void OutputFile::Fail() {

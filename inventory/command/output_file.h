@@ -2,20 +2,21 @@
 #define INVENTORY_COMMAND_OUTPUT_FILE_H_
 
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <string_view>
 
 #include "inventory/base/sink.h"
 #include "inventory/command/ending_signals.h"
+#include "inventory/command/file_place.h"
 
 /// Where the document goes: standard output, or a file that gets its new content whole or not at
-/// all: an unfinished one goes with the object. Something at the path that is no regular file (a
-/// device, a pipe) is written to directly.
+/// all: an unfinished one goes with the object. It keeps owner and permissions of the one before,
+/// without set-id bits. What is no regular file (a device, a pipe) and descriptors of this program
+/// are written to directly.
 class OutputFile final : public Sink {
  public:
-  /// No path: standard output.
-  explicit OutputFile(const std::filesystem::path& path);
+  /// No place: standard output. What would keep the file from its place later is an error now.
+  explicit OutputFile(FilePlace place);
   ~OutputFile() override;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -30,10 +31,10 @@ class OutputFile final : public Sink {
   bool IsBrokenPipe() const { return broken_pipe_; }
 
  private:
-  void OpenTemporary();
   void Fail();
 
-  std::filesystem::path target_;
+  FilePlace place_;  // its folder outlives the unfinished file
+  bool is_replaced_ = false;
   UnfinishedFile unfinished_;
   std::FILE* file_ = nullptr;
   std::string error_;

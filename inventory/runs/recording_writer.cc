@@ -188,7 +188,7 @@ fs::path PlaceOf(const fs::path& folder) {
 void Permit(const fs::path& unfinished, const fs::path& place) {
   struct stat status {};
   mode_t mode = 0;
-  if (stat(place.c_str(), &status) == 0) {
+  if (lstat(place.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
     mode = status.st_mode & 0777;
     // Whoever may not give it to the group keeps it for his own.
     if (chown(unfinished.c_str(), static_cast<uid_t>(-1), status.st_gid) != 0) mode &= 0707;
@@ -274,12 +274,11 @@ std::string WhyNoRecordingFits(const fs::path& folder) {
   }
 }
 
-std::string WriteRecording(const Recording& recording, const fs::path& folder) {
+std::string WriteRecording(const Recording& recording, const fs::path& place) {
   const SignalsHeld held;
   std::string unfinished;
   std::string error;
   try {
-    const fs::path place = PlaceOf(folder);
     if (recording.runs.empty()) throw std::runtime_error("nothing was collected");
     unfinished = (place.parent_path() / ("." + place.filename().string() + ".XXXXXX")).string();
     if (mkdtemp(unfinished.data()) == nullptr) {
@@ -289,7 +288,7 @@ std::string WriteRecording(const Recording& recording, const fs::path& folder) {
     FolderWriter(unfinished).Write(recording);
     Permit(unfinished, place);
     Flush(unfinished);
-    if (const std::string why = WhyNoRecordingFits(folder); !why.empty()) {
+    if (const std::string why = WhyNoRecordingFits(place); !why.empty()) {
       throw std::runtime_error(why);
     }
     Switch(unfinished, place);

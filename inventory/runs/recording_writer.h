@@ -11,7 +11,8 @@
 std::string WhyNoRecordingFits(const std::filesystem::path& folder);
 
 /// Writes the folder as a whole or not at all: beside its place, to which it is switched in one
-/// step. Signals wait meanwhile. Returns "", or why it could not be written.
-std::string WriteRecording(const Recording& recording, const std::filesystem::path& folder);
+/// step. No link at the place itself is followed: it may be new since the place was found. Signals
+/// wait meanwhile. Returns "", or why it could not be written.
+std::string WriteRecording(const Recording& recording, const std::filesystem::path& place);
 
 #endif  // INVENTORY_RUNS_RECORDING_WRITER_H_
