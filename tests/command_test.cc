@@ -272,7 +272,6 @@ TEST(Options, RefuseWhatIsWrong) {
                                  "--tool-timeout 1000001",
                                  "--output ",
                                  "--log ",
-                                 "--log x --output ./x",
                                  "--output",
                                  "--check --format json",
                                  "--bogus --check",
@@ -313,7 +312,7 @@ TEST(Options, SayWhatIsAskedFor) {
   EXPECT_EQ(nothing.options->classes.size(), 28U);
   EXPECT_EQ(nothing.options->plugin, KRAID_BUILD_DIR "/lib/kraid-inventory/libkraid.pi.so");
   EXPECT_EQ(nothing.options->tool_timeout, std::chrono::seconds(60));
-  EXPECT_EQ(Parsed("--compare /x/../y").options->earlier, "/y");
+  EXPECT_EQ(Parsed("--compare /x/../y").options->earlier, "/x/../y");  // "x" may be a link
   EXPECT_EQ(Parsed("--check --expect /y").options->earlier, "/y");
   EXPECT_EQ(Parsed("--check").options->view, PrintCheck);
 
@@ -325,7 +324,7 @@ TEST(Options, SayWhatIsAskedFor) {
   const Options& options = *much.options;
   EXPECT_EQ(options.classes, (Texts{"KVXSG_krDiskDrive", "krRAWdata", "KVXSG_krDiskDrive"}));
   EXPECT_EQ((Texts{options.root, options.plugin, options.output, options.log}),
-            (Texts{"/", "/dev/null", "/x/y", "/z"}));
+            (Texts{"/", "/dev/../dev/null", "/x/./y", "/z"}));
   EXPECT_EQ(std::tuple(options.all_classes, options.view, options.color, options.passes,
                        options.tool_timeout.count(), options.verbose),
             std::tuple(false, &PrintMof, Color::kNever, 3, 1500, true));

@@ -105,7 +105,7 @@ sed -i '0,/ 1,/s// 2,/' recording.json|recording_version: is one that this progr
 END
 
 # Places that no recording may take, and ages.
-mkdir full && touch full/file && ln -s absent nowhere
+mkdir full && touch full/file && ln -s absent nowhere && ln -s copy link
 cp -r "$source/demo" demo
 cp -r copy before && cp -r copy future
 sed -i 's/"collected_at": .*/"collected_at": "2999-01-01T00:00:00Z",/' future/recording.json
@@ -119,7 +119,8 @@ done <<END
 3|--record demo|it holds
 3|--record new --plugin key|nothing was collected
 3|--record nowhere|it is a link to nothing
-2|--record new --output new/file|--record replaces the folder that
+3|--record copy --output link/kraid/file|--record replaces the folder that
+3|--record new --log new|--record replaces the folder that
 2|--record new --passes 101|100 passes at most
 3|--record absent/there|No such file or directory
 1|--replay copy --max-age 60|was recorded at 2005-03-15T04:00:05-05:00,

@@ -31,13 +31,14 @@ std::string WhyNotReplaced(const FilePlace& place) {
   return std::strerror(errno);
 }
 
-/// The new file gets owner, group and permissions of the one that it replaces. Whoever may not give
-/// it away makes it as any new file: what was somebody's own would be another's else.
+/// The new file gets owner, group and permissions of the one that it replaces, as far as it may be
+/// given away: permissions that were for another group or owner are nobody else's.
 bool TakeAfter(const FilePlace& place, int descriptor) {
   const struct stat& old = place.status;
   if (place.exists && fchown(descriptor, old.st_uid, old.st_gid) == 0) {
     return fchmod(descriptor, old.st_mode & 0666) == 0;
   }
+  if (place.exists && old.st_uid == geteuid()) return fchmod(descriptor, old.st_mode & 0606) == 0;
   const mode_t mask = umask(0);
   umask(mask);
   return fchmod(descriptor, 0666 & ~mask) == 0;
