@@ -392,6 +392,8 @@ TEST_F(Inventory, WritesItsOutputWholeOrNotAtAll) {
       {">/dev/full", "No space left on device"},
       {">&-", "Bad file descriptor"},
       {"--log log >&-", "Bad file descriptor"},
+      {"--output /dev/stdout >&-", "Bad file descriptor"},
+      {"--output same --log ./same", "--log and --output name the same file"},
   };
   for (const auto& [arguments, message] : failures) {
     const Outcome outcome = Run(arguments);
@@ -399,6 +401,9 @@ TEST_F(Inventory, WritesItsOutputWholeOrNotAtAll) {
     EXPECT_NE(outcome.err.find(message), std::string::npos) << outcome.err;
   }
   EXPECT_TRUE(ReadFile(folder_ / "log").starts_with("3\t"));  // and no document in it
+  const std::string gone = std::string("mkdir gone; cd gone; rmdir ../gone; ") + kCommand;
+  EXPECT_EQ(Shell(gone + " --root / --output x; echo $?").out, "2\n");
+  EXPECT_EQ(Shell(gone + " --output '" + (folder_ / "new").string() + "'; echo $?").out, "0\n");
   EXPECT_EQ(Shell(std::string("{ ") + kCommand + " --format json --root " + kDemo +
                   "; echo $? >&2; } | head -c 1")
                 .err,

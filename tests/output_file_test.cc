@@ -113,7 +113,8 @@ TEST_F(OutputFileTest, TellsWhatFailed) {
 TEST_F(OutputFileTest, AndTheLogKeepAwayFromWhatOthersPlanted) {
   if (geteuid() != 0) GTEST_SKIP() << "nobody but root can plant files of others";
   ExpectRefusals({
-      {"echo x >v; ln -s ../v all/p; chown -h 65534 all/p", "all/p", "the link p is somebody else's"},
+      {"echo x >v; ln -s ../v all/p; chown -h 65534 all/p", "all/p",
+       "the link p is somebody else's"},
       {"ln -s ../v all/p; chown -h 65534 all/p; ln -s all/p mine", "mine", "the link p is"},
       {"mkdir d; ln -s ../d all/p; chown -h 65534 all/p", "all/p/../new", "the link p is"},
       {"echo x >all/p; chown 65534 all/p", "all/p", "it is somebody else's, in a folder for all"},
@@ -205,9 +206,10 @@ TEST_F(OutputFileTest, GoesOnWhereADescriptorStands) {
 TEST_F(OutputFileTest, AndTheLogAreNotOneFileByAnyPath) {
   Begin("mkdir d; touch f d/g; ln -s d/../f link; ln -s d ahead; ln f d/hard");
   const std::tuple<const char*, const char*, bool> cases[] = {
-      {"f", "d/../f", true},        {"f", "link", true},    {"f", "d/hard", true},
-      {"d/new", "ahead/new", true}, {"new", "d/new", false}, {"f", "new", false},
-      {"f", "d/g", false},          {"/dev/null", "/dev/null", false},
+      {"f", "d/../f", true},   {"f", "link", true},
+      {"f", "d/hard", true},   {"d/new", "ahead/new", true},
+      {"new", "d/new", false}, {"f", "new", false},
+      {"f", "d/g", false},     {"/dev/null", "/dev/null", false},
   };
   for (const auto& [one, other, are] : cases) {
     EXPECT_EQ(AreInConflict(FindPlace(folder_ / one), FindPlace(folder_ / other)), are) << other;

@@ -192,7 +192,8 @@ std::filesystem::path PathOf(const FilePlace& place) {
 
 bool AreInConflict(const FilePlace& one, const FilePlace& other) {
   if (one.IsNone() || other.IsNone() || one.exists != other.exists) return false;
-  if (!one.exists) return one.name == other.name && IsSameFolder(one.folder.Get(), other.folder.Get());
+  if (!one.exists)
+    return one.name == other.name && IsSameFolder(one.folder.Get(), other.folder.Get());
   const bool are_given = one.descriptor >= 0 && other.descriptor >= 0;
   return AreSame(one.status, other.status) && !are_given && !S_ISCHR(one.status.st_mode);
 }
@@ -223,8 +224,8 @@ std::string OpenInPlace(const FilePlace& place, Descriptor& opened) {
     opened = Descriptor(openat(folder, place.name.c_str(), kFlags | O_CREAT | O_EXCL, 0666));
     return opened.IsOpen() ? "" : Why();
   }
-  const bool is_file = S_ISREG(place.status.st_mode);
-  if (is_file && place.status.st_nlink > 1 && IsForAll(folder)) {
+  const bool is_folder = S_ISDIR(place.status.st_mode);
+  if (!is_folder && place.status.st_nlink > 1 && IsForAll(folder)) {
     return "it is a hard link, in a folder for all";
   }
   // Without waiting for a reader.
@@ -237,8 +238,9 @@ std::string OpenInPlace(const FilePlace& place, Descriptor& opened) {
   struct stat status {};
   if (fstat(opened.Get(), &status) != 0) return Why();
   if (!AreSame(status, place.status)) return "somebody has just replaced it";
-  if (fcntl(opened.Get(), F_SETFL, 0) != 0 || (is_file && ftruncate(opened.Get(), 0) != 0)) {
-    return Why();
-  }
-  return "";
+  if (fcntl(opened.Get(), F_SETFL, 0) != 0) return Why();
+  if (!S_ISREG(status.st_mode)) return "";
+  // The kernel takes set-id bits from what is written, but not for root.
+  if (geteuid() == 0 && fchmod(opened.Get(), status.st_mode & 0777) != 0) return Why();
+  return ftruncate(opened.Get(), 0) == 0 ? "" : Why();
 }

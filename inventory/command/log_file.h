@@ -8,9 +8,9 @@
 #include "inventory/command/file_place.h"
 
 /// The core logger's messages in a file, one line each: the level, a tab and the text, in which a
-/// backslash is written `\\` and a newline `\n`. Every line is there as soon as it is logged, for who
-/// reads along, and when this program ends before its time: so it is written in place, not beside it
-/// and renamed as the output is.
+/// backslash is written `\\` and a newline `\n`. Every line is there as soon as it is logged, for
+/// who reads along, and when this program ends before its time: so it is written in place, not
+/// beside it and renamed as the output is.
 class LogFile {
  public:
   /// No place: everything written is dropped.

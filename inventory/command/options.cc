@@ -127,8 +127,8 @@ std::chrono::milliseconds Milliseconds(double seconds) {
   return std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
 }
 
-/// Leaves the path's words as they are: "a/.." is not the same without its "a" where that is a link.
-/// Returns false when it is relative to a working folder that is gone.
+/// Leaves the path's words as they are: "a/.." is not the same without its "a" where that is a
+/// link. Returns false when it is relative to a working folder that is gone.
 bool MakeAbsolute(fs::path& path) {
   if (path.empty() || path.is_absolute()) return true;
   std::error_code error;
