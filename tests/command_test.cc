@@ -1,6 +1,7 @@
 // The parts of the command that need no whole run of it.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,10 +33,13 @@ using Texts = std::vector<std::string>;
 
 TEST(LogFile, HasOneLineForEachMessage) {
   const std::string path = testing::TempDir() + "kraid-log-" + std::to_string(getpid());
+  std::ofstream(path) << "longer than what is going to stand there";
+  chmod(path.c_str(), 04755);
   LogFile log(FindPlace(path));
   log.Write(3, "first\\line\nsecond\ttab");
   log.Write(-1, "");
   EXPECT_EQ(ReadFile(path), "3\tfirst\\\\line\\nsecond\ttab\n-1\t\n");
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0755));
   std::filesystem::remove(path);
   EXPECT_EQ(log.GetError(), "");
 }
