@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -335,4 +336,20 @@ int RunInventory(const Options& options) {
   if (output.GetError().empty()) return exit_status;
   if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
   return kExitOutput;
+}
+
+int RunCommand(int argc, const char* const* argv) {
+  std::string why = "an unknown exception";
+  try {
+    int exit_status = kExitAnswered;
+    const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
+    if (!options) return exit_status;
+    InheritLeftProcesses();
+    CleanUpOnSignals();
+    return RunInventory(*options);
+  } catch (const std::exception& error) {
+    why = error.what();
+  } catch (...) {
+  }
+  return Refuse(why, IsCheck(argc, argv), kExitFailed);
 }

@@ -7,4 +7,7 @@
 /// refused is refused before a tool runs. Returns the exit status.
 int RunInventory(const Options& options);
 
+/// The whole command, from its command line to its exit status; whatever is thrown ends here, too.
+int RunCommand(int argc, const char* const* argv);
+
 #endif  // INVENTORY_COMMAND_INVENTORY_RUN_H_
