@@ -183,6 +183,7 @@ TEST_F(OutputFileTest, GoesOnWhereADescriptorStands) {
     dup2(file.Get(), 77);  // as a shell has it, not to be closed by an exec
     OutputFile output(FindPlace(folder_ / path));
     LogFile log(FindPlace(folder_ / path));
+    EXPECT_FALSE(AreInConflict(FindPlace("/dev/fd/77"), FindPlace("/dev/fd/77")));
     close(77);
     output.Write("o");
     output.Finish();

@@ -241,6 +241,9 @@ std::string OpenInPlace(const FilePlace& place, Descriptor& opened) {
   if (fcntl(opened.Get(), F_SETFL, 0) != 0) return Why();
   if (!S_ISREG(status.st_mode)) return "";
   // The kernel takes set-id bits from what is written, but not for root.
-  if (geteuid() == 0 && fchmod(opened.Get(), status.st_mode & 0777) != 0) return Why();
+  const bool has_set_id = (status.st_mode & (S_ISUID | S_ISGID)) != 0;
+  if (has_set_id && geteuid() == 0 && fchmod(opened.Get(), status.st_mode & 0777) != 0) {
+    return Why();
+  }
   return ftruncate(opened.Get(), 0) == 0 ? "" : Why();
 }

@@ -127,13 +127,11 @@ std::chrono::milliseconds Milliseconds(double seconds) {
   return std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
 }
 
-/// Leaves the path's words as they are: "a/.." is not the same without its "a" where that is a
-/// link. Returns false when it is relative to a working folder that is gone.
-bool MakeAbsolute(fs::path& path) {
-  if (path.empty() || path.is_absolute()) return true;
+/// Leaves the path's words as they are: "a/.." is not the same without "a" where that is a link.
+std::error_code MakeAbsolute(fs::path& path) {
   std::error_code error;
-  path = fs::current_path(error) / path;
-  return !error;
+  if (!path.empty() && path.is_relative()) path = fs::current_path(error) / path;
+  return error;
 }
 
 }  // namespace
@@ -322,9 +320,11 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   }
   for (fs::path* path : {&options.root, &options.plugin, &options.output, &options.log,
                          &options.record, &options.replay, &options.earlier}) {
-    if (MakeAbsolute(*path)) continue;
-    return RefuseUsage("the working folder is gone, and " + path->string() + " is relative to it",
-                       arguments, exit_status);
+    const std::string given = path->string();
+    const std::error_code error = MakeAbsolute(*path);
+    if (!error) continue;
+    return RefuseUsage(given + ": there is no working folder: " + error.message(), arguments,
+                       exit_status);
   }
   return options;
 }

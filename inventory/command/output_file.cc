@@ -33,15 +33,18 @@ std::string WhyNotReplaced(const FilePlace& place) {
 
 /// The new file gets owner, group and permissions of the one that it replaces, as far as it may be
 /// given away: permissions that were for another group or owner are nobody else's.
-bool TakeAfter(const FilePlace& place, int descriptor) {
+void TakeAfter(const FilePlace& place, int descriptor) {
   const struct stat& old = place.status;
-  if (place.exists && fchown(descriptor, old.st_uid, old.st_gid) == 0) {
-    return fchmod(descriptor, old.st_mode & 0666) == 0;
-  }
-  if (place.exists && old.st_uid == geteuid()) return fchmod(descriptor, old.st_mode & 0606) == 0;
   const mode_t mask = umask(0);
   umask(mask);
-  return fchmod(descriptor, 0666 & ~mask) == 0;
+  mode_t mode = 0666 & ~mask;
+  if (place.exists && fchown(descriptor, old.st_uid, old.st_gid) == 0) {
+    mode = old.st_mode & 0666;
+  } else if (place.exists && old.st_uid == geteuid()) {
+    mode = old.st_mode & 0606;
+  }
+  // Where it cannot be, the file is for its owner, or as its file system has them all.
+  fchmod(descriptor, mode);
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ OutputFile::OutputFile(FilePlace place) : place_(std::move(place)) {
     error_ = OpenInPlace(place_, opened);
   } else if (error_ = WhyNotReplaced(place_); error_.empty()) {
     opened = Descriptor(unfinished_.Create(place_.folder.Get()));
-    if (!opened.IsOpen() || !TakeAfter(place_, opened.Get())) Fail();
+    opened.IsOpen() ? TakeAfter(place_, opened.Get()) : Fail();
   }
   if (!error_.empty()) return;
   file_ = fdopen(opened.Get(), "wb");
