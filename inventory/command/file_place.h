@@ -27,13 +27,12 @@ class Descriptor {
 /// name in a folder, and what has that name, which is no link; or one of the descriptors that this
 /// program was started with.
 struct FilePlace {
-  std::string error;    ///< Why it leads nowhere; "" when it does.
-  Descriptor folder;    ///< For `...at` calls only.
-  std::string name;     ///< In the folder.
-  int descriptor = -1;  ///< Of /dev/stdout and the like; else -1.
-  bool exists = false;  ///< Whether there is something; `status` describes it.
-  bool is_behind =
-      false;  ///< Nothing of that name, but what a link of the kernel's in /proc shows.
+  std::string error;       ///< Why it leads nowhere; "" when it does.
+  Descriptor folder;       ///< For `...at` calls only.
+  std::string name;        ///< In the folder.
+  int descriptor = -1;     ///< Of /dev/stdout and the like; else -1.
+  bool exists = false;     ///< Whether there is something; `status` describes it.
+  bool is_behind = false;  ///< It is what a link in /proc leads to, which is no path.
   struct stat status {};
 
   /// Nothing was named.

@@ -27,7 +27,7 @@ std::string WhyNotReplaced(const FilePlace& place) {
   }
   // This takes away no file: the kernel says that it is no folder, but what forbids it comes first.
   if (unlinkat(folder, name, AT_REMOVEDIR) == 0 || errno == ENOTDIR) return "";
-  if (errno == EPERM) return "its folder or its owner keeps it from being replaced";
+  if (errno == EPERM) return "it is kept from being replaced, by its folder or an attribute";
   return std::strerror(errno);
 }
 
