@@ -132,6 +132,11 @@ done <<END
 2|--sanitize-key pipe|regular file
 2|--sanitize-key full/file|has not 16 bytes
 END
+if [ "$(id -u)" -eq 0 ]; then
+  mkdir -m 1777 all && ln -s ../before all/planted && chown -h 65534 all/planted
+  output=$("$command" --record all/planted 2>&1 >/dev/null)
+  case $output in *"the link planted is somebody else's"*) ;; *) fail "a planted link: $output" ;; esac
+fi
 # What was hidden had not been seen before: also where a tool hangs, and is not asked any more.
 mkdir -p hangs/kraid && printf '#!/bin/sh\necho secret17 >&2; sleep 9\n' >hangs/kraid/kelvcmd && chmod +x hangs/kraid/kelvcmd
 "$command" --trust-tools --root hangs --tool-timeout 0.1 --sanitize --record hung --verbose --log log >text 2>&1

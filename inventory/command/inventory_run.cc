@@ -282,10 +282,12 @@ int RunInventory(const Options& options) {
   if (!log.GetError().empty()) {
     return refuse(CannotWrite(options.log, log.GetError()), kExitOutput);
   }
+  std::filesystem::path record;
   if (!options.record.empty()) {
     std::string why = places.record.error;
     if (why.empty()) why = WhyNoRecordingFits(options.record);
     if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
+    record = PathOf(places.record);
   }
   std::optional<EarlierMachine> earlier = ReadEarlier(options);
   std::error_code error;
@@ -321,7 +323,7 @@ int RunInventory(const Options& options) {
     outcome.report->exit_status = kExitOutput;
   }
   if (!options.record.empty()) {
-    const std::string why = WriteRecording(source.recording, PathOf(places.record));
+    const std::string why = WriteRecording(source.recording, record);
     if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
   }
   SayWhenASignalEnds("");
