@@ -126,7 +126,8 @@ TEST_F(OutputFileTest, AndTheLogGoWhereNobodyElseLeadsThem) {
     if (log_ends == "-" && output_ends == "ok") {
       output.Write("text");
       output.Finish();
-      look = "set -- " + look + "; [ \"$(stat -c '%u:%g %a ' $1; cat $1)\" = \"$2 $3 \ntext\" ]";
+      look.insert(0, "set -- ");
+      look += "; [ \"$(stat -c '%u:%g %a ' $1; cat $1)\" = \"$2 $3 \ntext\" ]";
     } else if (log_ends != "ok" && output_ends != "ok") {
       EXPECT_TRUE(Do(all + "| diff - before"));  // nothing has changed
     }
