@@ -67,9 +67,9 @@ KelvcmdData::Next KelvcmdData::ParseController(int number, int controller_offset
   // the same.
   if (!cursor->FindLine(kPhysicalDeviceHeading).empty()) {
     ParsePhysicalDevices(*cursor, controller);
-    const std::string status = Run(kGetStatus, number);
+    std::string status = Run(kGetStatus, number);
     if (!status.empty()) {
-      CollectedData status_cursor(provider_, status);
+      CollectedData status_cursor(provider_, std::move(status));
       try {
         controller.AddStatusData(&status_cursor);
       } catch (const NKVXHMZ20::THMZException&) {  // none of today's parsers throws it here

@@ -2,6 +2,37 @@
 
 #include <utility>
 
+namespace {
+
+using NKVXHMZ20::TCIMStrings;
+using NKVXHMZ20::TCIMValue;
+
+/// Calls `take` with each line without its "\n". A text behind the last "\n" is dropped, as the
+/// cursor drops it.
+template <class Take>
+void ForEachLine(std::string_view text, const Take& take) {
+  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    take(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+}
+
+/// The lines in no more room than they need, however many there are.
+TCIMValue LinesOf(std::string_view output) {
+  std::size_t size = 0;
+  ForEachLine(output, [&size](auto line) { size += TCIMStrings::PackedSize(line.size()); });
+  TCIMValue result;
+  if (size == 0) return result;
+  TCIMStrings lines;
+  lines.Reserve(size);
+  ForEachLine(output, [&lines](auto line) { lines.Add(line); });
+  const std::size_t count = lines.GetCount();
+  result.Set(TCIMValue::TCIMType(TCIMValue::kString), count, std::move(lines));
+  return result;
+}
+
+}  // namespace
+
 KRaidRawData::KRaidRawData(std::string_view tool_path, std::string_view command,
                            int controller_number, std::string_view option,
                            std::string_view output) {
@@ -10,20 +41,5 @@ KRaidRawData::KRaidRawData(std::string_view tool_path, std::string_view command,
   const std::string number = controller_number == 0 ? "" : std::to_string(controller_number);
   command_.append(tool_path).append(" ").append(command).append(" ");
   command_.append(number).append(" ").append(option);
-  // A text behind the last "\n" is dropped, as the cursor drops it.
-  for (auto end = output.find('\n'); end != std::string_view::npos; end = output.find('\n')) {
-    lines_.emplace_back(output.substr(0, end));
-    output.remove_prefix(end + 1);
-  }
-}
-
-NKVXHMZ20::TCIMValue KRaidRawData::GetRawData() const {
-  using NKVXHMZ20::TCIMValue;
-  TCIMValue result;
-  if (!lines_.empty()) {
-    TCIMValue::Array values(lines_.begin(), lines_.end());
-    const std::size_t count = values.size();
-    result.Set(TCIMValue::TCIMType(TCIMValue::kString), count, std::move(values));
-  }
-  return result;
+  lines_ = LinesOf(output);
 }

@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "hmz/cim_value.h"
 
@@ -18,11 +17,11 @@ class KRaidRawData {
 
   std::string GetCommand() const { return command_; }
   /// The lines without their "\n" as an array of strings; null when the output had no line.
-  NKVXHMZ20::TCIMValue GetRawData() const;
+  NKVXHMZ20::TCIMValue GetRawData() const { return lines_; }
 
  private:
   std::string command_;
-  std::vector<std::string> lines_;
+  NKVXHMZ20::TCIMValue lines_;  // made once: the host shares it
 };
 
 #endif  // COLLECT_KRAID_RAW_DATA_H_

@@ -32,13 +32,14 @@ void ToolCollector::CaptureOutputs(std::span<const Command> commands) {
 ToolCollector::Found ToolCollector::FindController(const Command& command, int number, int offset,
                                                    void (KRaidController::*read)(const std::string&,
                                                                                  int)) const {
-  const std::string config = Run(command, number);
+  std::string config = Run(command, number);
   if (config.empty()) return {};
-  auto cursor = std::make_unique<CollectedData>(provider_, config);
-  if (cursor->FindLine(kControllerHeading).empty()) return {};
+  // Its properties are looked for in all of the text, the heading in whole lines only.
   auto controller = std::make_unique<KRaidController>(provider_);
   (controller.get()->*read)(config, number + offset);
   if (!controller->GetControllerFound()) return {};
+  auto cursor = std::make_unique<CollectedData>(provider_, std::move(config));
+  if (cursor->FindLine(kControllerHeading).empty()) return {};
   return {std::move(controller), std::move(cursor)};
 }
 

@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
 #include "schema/published_texts.h"
 
@@ -13,49 +14,50 @@ std::string_view UpToNul(std::string_view text) { return text.substr(0, text.fin
 
 }  // namespace
 
-CollectedData::CollectedData(NKVXHMZ20::TPluginManagerProvider* /*provider*/,
-                             std::string_view text) {
-  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-    lines_.emplace_back(text.substr(0, end + 1));
-    text.remove_prefix(end + 1);
+CollectedData::CollectedData(NKVXHMZ20::TPluginManagerProvider* /*provider*/, std::string text)
+    : text_(std::move(text)) {
+  text_.resize(text_.rfind('\n') + 1);  // npos + 1 is 0
+}
+
+std::string_view CollectedData::CurrentLine() const {
+  if (outside_ != 0 || begin_ == text_.size()) throw std::out_of_range(kOutputEndsTooEarly);
+  return std::string_view(text_).substr(begin_, text_.find('\n', begin_) + 1 - begin_);
+}
+
+std::string_view CollectedData::NextLine() {
+  if (outside_ != 0 || begin_ == text_.size()) {
+    ++outside_;
+  } else {
+    begin_ = text_.find('\n', begin_) + 1;
+  }
+  return CurrentLine();
+}
+
+void CollectedData::decrementLinePtr() {
+  if (outside_ != 0 || begin_ == 0) {
+    --outside_;
+  } else {
+    begin_ = begin_ == 1 ? 0 : text_.rfind('\n', begin_ - 2) + 1;
   }
 }
 
-const std::string& CollectedData::LineAt(std::int32_t index) const {
-  if (index < 0 || static_cast<std::size_t>(index) >= lines_.size()) {
-    throw std::out_of_range(kOutputEndsTooEarly);
-  }
-  return lines_[static_cast<std::size_t>(index)];
+std::string_view CollectedData::Find(std::string_view label) {
+  const auto found = text_.find(label);
+  // A label with a line end before its last character goes across lines, and so is in none.
+  const bool goes_across = label.substr(0, label.size() - 1).find('\n') != std::string_view::npos;
+  if (text_.empty() || found == std::string::npos || goes_across) return "";
+  begin_ = found == 0 ? 0 : text_.rfind('\n', found - 1) + 1;
+  outside_ = 0;
+  return CurrentLine();
 }
 
-const std::string& CollectedData::NextLine() {
-  ++current_line_;
-  return LineAt(current_line_);
-}
+std::string CollectedData::FindLine(std::string_view label) { return std::string(Find(label)); }
 
-const std::string* CollectedData::Find(std::string_view label) {
-  for (std::size_t i = 0; i < lines_.size(); ++i) {
-    if (lines_[i].find(label) != std::string::npos) {
-      current_line_ = static_cast<std::int32_t>(i);
-      return &lines_[i];
-    }
-  }
-  return nullptr;
-}
+std::string CollectedData::FindParseLine(std::string_view label) { return ParseLine(Find(label)); }
 
-std::string CollectedData::FindLine(std::string_view label) {
-  const std::string* line = Find(label);
-  return line == nullptr ? "" : *line;
-}
+std::string CollectedData::GetNextLine() { return std::string(NextLine()); }
 
-std::string CollectedData::FindParseLine(std::string_view label) {
-  const std::string* line = Find(label);
-  return line == nullptr ? "" : ParseLine(*line);
-}
-
-std::string CollectedData::GetNextLine() { return NextLine(); }
-
-std::string CollectedData::GetCurrentLine() const { return LineAt(current_line_); }
+std::string CollectedData::GetCurrentLine() const { return std::string(CurrentLine()); }
 
 std::string CollectedData::ParseLine(std::string_view line) {
   const auto colon = line.find(':');
@@ -64,11 +66,11 @@ std::string CollectedData::ParseLine(std::string_view line) {
   return std::string(line.substr(colon + 1, end - colon));
 }
 
-std::string CollectedData::ParseLine() const { return ParseLine(LineAt(current_line_)); }
+std::string CollectedData::ParseLine() const { return ParseLine(CurrentLine()); }
 
 std::string CollectedData::GetProperty(std::string_view label) {
-  const std::string& line = NextLine();
-  return line.find(label) == std::string::npos ? "" : ParseLine(line);
+  const std::string_view line = NextLine();
+  return line.find(label) == std::string_view::npos ? "" : ParseLine(line);
 }
 
 std::string CollectedData::GetProperty() { return ParseLine(NextLine()); }
@@ -86,6 +88,4 @@ std::string CollectedData::krRemoveTrailingWhiteSpace(std::string_view text) {
   return std::string(text.substr(0, text.find_last_not_of(kWhiteSpace) + 1));
 }
 
-void CollectedData::DisplayAll() const {
-  for (const std::string& line : lines_) std::cout << line;
-}
+void CollectedData::DisplayAll() const { std::cout << text_; }

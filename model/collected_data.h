@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "hmz/plugin_management.h"
 
@@ -14,7 +13,7 @@
 /// output throws std::out_of_range("vector"): parsers and collectors let it pass.
 class CollectedData {
  public:
-  CollectedData(NKVXHMZ20::TPluginManagerProvider* provider, std::string_view text);
+  CollectedData(NKVXHMZ20::TPluginManagerProvider* provider, std::string text);
   virtual ~CollectedData() = default;
 
   /// The first line of the whole output, wherever the cursor stands, that contains the label; the
@@ -38,7 +37,7 @@ class CollectedData {
   std::string GetProperty();
 
   /// Steps back one line, unchecked: for a line that was read but belongs to the next record.
-  void decrementLinePtr() { --current_line_; }
+  void decrementLinePtr();
 
   /// Both read the text up to its first NUL and take blank, tab and "\n" for white space.
   /// The leading one never removes the last character: three blanks give one blank.
@@ -49,14 +48,17 @@ class CollectedData {
   void DisplayAll() const;
 
  private:
-  const std::string& LineAt(std::int32_t index) const;
-  const std::string& NextLine();
-  /// The first line with the label, with the cursor on it; null when there is none.
-  const std::string* Find(std::string_view label);
+  std::string_view CurrentLine() const;
+  std::string_view NextLine();
+  /// The first line with the label, with the cursor on it; "" when there is none.
+  std::string_view Find(std::string_view label);
 
-  std::vector<std::string> lines_;
-  // Not clamped: it may stand before the first line or behind the last one.
-  std::int32_t current_line_ = 0;
+  std::string text_;  // whole lines only
+  // Where the current line begins; the text's size behind the last line, 0 before the first.
+  std::size_t begin_ = 0;
+  // The cursor is not clamped: by how many lines it stands before the first one (less than 0), or
+  // further than right behind the last one.
+  std::int64_t outside_ = 0;
 };
 
 #endif  // MODEL_COLLECTED_DATA_H_

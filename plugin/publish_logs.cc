@@ -21,11 +21,11 @@ TCIMValue TimeOf(const Child<Record>& child) {
 
 template <auto Getter, class Record>
 TCIMValue Words(const Child<Record>& child) {
-  const std::vector<std::uint32_t> words = (child.record.*Getter)();
-  TCIMValue::Array elements;
-  elements.reserve(words.size());
-  for (const std::uint32_t word : words) elements.emplace_back(word);
-  return {TCIMValue::TCIMType(TCIMValue::kUint32), words.size(), std::move(elements)};
+  std::vector<std::uint32_t> words = (child.record.*Getter)();
+  const std::size_t count = words.size();
+  TCIMValue value;
+  value.Set(TCIMValue::TCIMType(TCIMValue::kUint32), count, std::move(words));
+  return value;
 }
 
 constexpr PropertyRow<Child<S>> kSoftRows[] = {

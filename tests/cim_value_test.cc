@@ -75,7 +75,8 @@ TEST(Value, TakesTheCountAndLooksAtTheTypes) {
   EXPECT_EQ(value.ToString(), "{one}");  // a refused Set changes nothing
   EXPECT_THROW(TCIMValue("1").GetNumber(), THMZException);
   EXPECT_THROW(TCIMValue(std::uint32_t{1}).GetString(), THMZException);
-  EXPECT_THROW(TCIMValue().GetArray(), THMZException);
+  EXPECT_THROW(TCIMValue().GetCount(), THMZException);
+  EXPECT_THROW(value.GetNumbers(), THMZException);
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST(KRaidRawData, KeepsTheCommandLineAndTheTerminatedLines) {
     return KRaidRawData("t", "c", 1, "o", output).GetRawData();
   };
   EXPECT_EQ(value_of("a\n\nb\r\nc").ToString(), "{a, , b\r}");
-  EXPECT_EQ(value_of("\n").GetArray().size(), 1U);
+  EXPECT_EQ(value_of("\n").GetCount(), 1U);
   EXPECT_TRUE(value_of("no newline").IsNull());
 }
 

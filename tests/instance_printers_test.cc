@@ -142,7 +142,9 @@ TEST(MofLiteral, EscapesTexts) {
        "\"a\xef\xbf\xbd"
        "b\""},
   };
-  for (const auto& [text, literal] : cases) EXPECT_EQ(MofString(text), literal);
+  for (const auto& [text, literal] : cases) {
+    EXPECT_EQ(Printed([&, &t = text](Sink& output) { WriteMofString(t, output); }), literal);
+  }
 }
 
 TEST(MofLiteral, HoldsADateTimeThatCanBeRepresented) {

@@ -46,9 +46,8 @@ inline NKVXHMZ20::TCIMReference Commit(standin::Repository& repository, const ch
 }
 
 inline NKVXHMZ20::TCIMValue ArrayOf(NKVXHMZ20::TCIMValue::ECIMType type,
-                                    NKVXHMZ20::TCIMValue::Array elements) {
-  const std::size_t count = elements.size();
-  return {NKVXHMZ20::TCIMValue::TCIMType(type), count, std::move(elements)};
+                                    const NKVXHMZ20::TCIMValue::Array& elements) {
+  return {NKVXHMZ20::TCIMValue::TCIMType(type), elements.size(), elements};
 }
 
 #endif  // TESTS_PRINT_TO_H_

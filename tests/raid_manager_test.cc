@@ -55,7 +55,7 @@ TEST_F(ManagerLog, GivesItsEntriesOneByOne) {
   EXPECT_EQ(log.GetRawRaidMgrLog()[0]->GetCommand(),
             ManagerFolder("all_kinds") + "KelvEvtA.log   ");
   const Texts entries = Entries(log);
-  EXPECT_EQ(log.GetRawRaidMgrLog()[0]->GetRawData().GetArray().size(), entries.size() - 1);
+  EXPECT_EQ(log.GetRawRaidMgrLog()[0]->GetRawData().GetCount(), entries.size() - 1);
   std::string report;
   for (const std::string& entry : entries) {
     report += entry + (entry.ends_with('\n') ? "" : "|\n");

@@ -65,11 +65,6 @@ std::string TCIMReference::ToString() const {
   return text;
 }
 
-struct TCIMValue::ArrayContent {
-  ECIMType element_type;
-  Array elements;
-};
-
 TCIMValue::TCIMValue() = default;
 TCIMValue::TCIMValue(const char* text) : content_(std::string(text)) {}
 TCIMValue::TCIMValue(std::string text) : content_(std::move(text)) {}
@@ -77,8 +72,8 @@ TCIMValue::TCIMValue(std::uint16_t number) : content_(number) {}
 TCIMValue::TCIMValue(std::uint32_t number) : content_(number) {}
 TCIMValue::TCIMValue(const TCIMDateTime& time) : content_(time) {}
 TCIMValue::TCIMValue(const TCIMReference& path) : content_(path) {}
-TCIMValue::TCIMValue(TCIMType type, std::size_t count, Array elements) {
-  Set(type, count, std::move(elements));
+TCIMValue::TCIMValue(TCIMType type, std::size_t count, const Array& elements) {
+  Set(type, count, elements);
 }
 TCIMValue::TCIMValue(const TCIMValue&) = default;
 TCIMValue::TCIMValue(TCIMValue&&) noexcept = default;
@@ -86,44 +81,79 @@ TCIMValue& TCIMValue::operator=(const TCIMValue&) = default;
 TCIMValue& TCIMValue::operator=(TCIMValue&&) noexcept = default;
 TCIMValue::~TCIMValue() = default;
 
-void TCIMValue::Set(TCIMType type, std::size_t count, Array elements) {
-  const ECIMType code = type.GetCode();
-  if (code != kString && code != kUint32) {
+namespace {
+
+/// What there is to refuse about an array of `size` elements.
+void CheckArray(TCIMValue::TCIMType type, std::size_t count, std::size_t size) {
+  const TCIMValue::ECIMType code = type.GetCode();
+  if (code != TCIMValue::kString && code != TCIMValue::kUint32) {
     throw THMZException("no array of type code " + std::to_string(code));
   }
-  if (count > elements.size()) {
+  if (count > size) {
     throw THMZException("an array of " + std::to_string(count) + " elements was given only " +
-                        std::to_string(elements.size()));
+                        std::to_string(size));
   }
-  elements.resize(count);
-  for (const TCIMValue& element : elements) {
-    if (element.IsArray() || element.GetType().GetCode() != code) {
-      throw THMZException("an element of an array of type code " + std::to_string(code) +
-                          " has another type");
+}
+
+[[noreturn]] void RefuseElement(TCIMValue::TCIMType type) {
+  throw THMZException("an element of an array of type code " + std::to_string(type.GetCode()) +
+                      " has another type");
+}
+
+}  // namespace
+
+void TCIMValue::Set(TCIMType type, std::size_t count, const Array& elements) {
+  CheckArray(type, count, elements.size());
+  TCIMStrings strings;
+  std::vector<std::uint32_t> numbers;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto* string = std::get_if<std::string>(&elements[i].content_);
+    const auto* number = std::get_if<std::uint32_t>(&elements[i].content_);
+    if (type.GetCode() == kString ? string == nullptr : number == nullptr) RefuseElement(type);
+    if (string != nullptr) {
+      strings.Add(*string);
+    } else {
+      numbers.push_back(*number);
     }
   }
-  content_ = boost::shared_ptr<const ArrayContent>(
-      boost::make_shared<const ArrayContent>(ArrayContent{code, std::move(elements)}));
+  if (type.GetCode() == kString) return Set(type, count, std::move(strings));
+  Set(type, count, std::move(numbers));
+}
+
+void TCIMValue::Set(TCIMType type, std::size_t count, TCIMStrings elements) {
+  CheckArray(type, count, elements.GetCount());
+  if (type.GetCode() != kString) RefuseElement(type);
+  elements.Truncate(count);
+  content_ = Shared<TCIMStrings>(boost::make_shared<const TCIMStrings>(std::move(elements)));
+}
+
+void TCIMValue::Set(TCIMType type, std::size_t count, std::vector<std::uint32_t> elements) {
+  CheckArray(type, count, elements.size());
+  if (type.GetCode() != kUint32) RefuseElement(type);
+  elements.resize(count);
+  using Numbers = std::vector<std::uint32_t>;
+  content_ = Shared<Numbers>(boost::make_shared<const Numbers>(std::move(elements)));
 }
 
 TCIMValue::TCIMType TCIMValue::GetType() const {
-  return std::visit(
-      Overloaded{
-          [](std::monostate) { return TCIMType(kNull); },
-          [](const std::string&) { return TCIMType(kString); },
-          [](std::uint16_t) { return TCIMType(kUint16); },
-          [](std::uint32_t) { return TCIMType(kUint32); },
-          [](const TCIMDateTime&) { return TCIMType(kDateTime); },
-          [](const TCIMReference&) { return TCIMType(kReference); },
-          [](const boost::shared_ptr<const ArrayContent>& a) { return TCIMType(a->element_type); },
-      },
-      content_);
+  return std::visit(Overloaded{
+                        [](std::monostate) { return TCIMType(kNull); },
+                        [](const std::string&) { return TCIMType(kString); },
+                        [](std::uint16_t) { return TCIMType(kUint16); },
+                        [](std::uint32_t) { return TCIMType(kUint32); },
+                        [](const TCIMDateTime&) { return TCIMType(kDateTime); },
+                        [](const TCIMReference&) { return TCIMType(kReference); },
+                        [](const Shared<TCIMStrings>&) { return TCIMType(kString); },
+                        [](const Shared<std::vector<std::uint32_t>>&) { return TCIMType(kUint32); },
+                    },
+                    content_);
 }
 
 bool TCIMValue::IsNull() const { return std::holds_alternative<std::monostate>(content_); }
 
 bool TCIMValue::IsArray() const {
-  return std::holds_alternative<boost::shared_ptr<const ArrayContent>>(content_);
+  return std::holds_alternative<Shared<TCIMStrings>>(content_) ||
+         std::holds_alternative<Shared<std::vector<std::uint32_t>>>(content_);
 }
 
 namespace {
@@ -151,26 +181,41 @@ const TCIMReference& TCIMValue::GetReference() const {
   return Get<TCIMReference>(content_, "a reference");
 }
 
-const TCIMValue::Array& TCIMValue::GetArray() const {
-  return Get<boost::shared_ptr<const ArrayContent>>(content_, "an array")->elements;
+const TCIMStrings& TCIMValue::GetStrings() const {
+  return *Get<Shared<TCIMStrings>>(content_, "an array of strings");
 }
 
+const std::vector<std::uint32_t>& TCIMValue::GetNumbers() const {
+  return *Get<Shared<std::vector<std::uint32_t>>>(content_, "an array of numbers");
+}
+
+std::size_t TCIMValue::GetCount() const {
+  return GetType().GetCode() == kString ? GetStrings().GetCount() : GetNumbers().size();
+}
+
+namespace {
+
+std::string_view TextOf(std::string_view text) { return text; }
+std::string TextOf(std::uint32_t number) { return std::to_string(number); }
+
+}  // namespace
+
 std::string TCIMValue::ToString() const {
+  if (IsArray()) {
+    std::string text;
+    ForEach([&text](const auto& element) {
+      text += text.empty() ? "{" : ", ";
+      text += TextOf(element);
+    });
+    return text.empty() ? "{}" : text + "}";
+  }
   return std::visit(Overloaded{
-                        [](std::monostate) { return std::string(); },
                         [](const std::string& text) { return text; },
                         [](std::uint16_t number) { return std::to_string(number); },
                         [](std::uint32_t number) { return std::to_string(number); },
                         [](const TCIMDateTime& time) { return time.ToString(); },
                         [](const TCIMReference& path) { return path.ToString(); },
-                        [](const boost::shared_ptr<const ArrayContent>& array) {
-                          std::string text;
-                          for (const TCIMValue& element : array->elements) {
-                            text += text.empty() ? "{" : ", ";
-                            text += element.ToString();
-                          }
-                          return text.empty() ? "{}" : text + "}";
-                        },
+                        [](const auto& /*null*/) { return std::string(); },
                     },
                     content_);
 }

@@ -20,11 +20,25 @@ char Replacement(char control, Layout layout) {
 
 }  // namespace
 
+std::size_t PieceLength(std::string_view text) {
+  constexpr std::size_t kMost = std::size_t{64} << 10;
+  if (text.size() <= kMost) return text.size();
+  // Behind three bytes that go on with a character, a fourth one cannot.
+  for (std::size_t end = kMost; end > kMost - 3; --end) {
+    if ((text[end] & '\xC0') != '\x80') return end;
+  }
+  return kMost;
+}
+
 std::string ValidUtf8(std::string text) {
   using nlohmann::json;
   if (IsAscii(text)) return text;
-  return json::parse(json(std::move(text)).dump(-1, ' ', false, json::error_handler_t::replace))
-      .get<std::string>();
+  std::string valid;
+  ForEachPiece(text, [&valid](std::string_view piece) {
+    valid += json::parse(json(piece).dump(-1, ' ', false, json::error_handler_t::replace))
+                 .get_ref<const std::string&>();
+  });
+  return valid;
 }
 
 std::optional<Hidden> FindHidden(std::string_view text, std::size_t at) {
@@ -45,39 +59,50 @@ std::optional<Hidden> FindHidden(std::string_view text, std::size_t at) {
   return std::nullopt;
 }
 
-std::string Sanitized(std::string text, Layout layout) {
-  const std::string valid = ValidUtf8(std::move(text));
-  std::string sanitized;
-  sanitized.reserve(valid.size());
-  for (std::size_t i = 0; i < valid.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(valid[i]);
-    if (byte < ' ' || byte == 0x7F) {
-      sanitized += Replacement(valid[i], layout);
-    } else if (const auto hidden = FindHidden(valid, i)) {
-      char name[16];
-      std::snprintf(name, sizeof name, "<U+%04X>", hidden->code);
-      sanitized += name;
-      i += hidden->size - 1;
-    } else {
-      sanitized += valid[i];
+namespace {
+
+/// Valid UTF-8 with a name in the place of each hidden character.
+std::string NameHidden(std::string text) {
+  if (IsAscii(text)) return text;
+  std::string named;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto hidden = FindHidden(text, i);
+    if (!hidden) {
+      named += text[i];
+      continue;
     }
+    char name[16];
+    std::snprintf(name, sizeof name, "<U+%04X>", hidden->code);
+    named += name;
+    i += hidden->size - 1;
   }
-  return sanitized;
+  return named;
+}
+
+}  // namespace
+
+std::string Sanitized(std::string text, Layout layout) {
+  text = NameHidden(ValidUtf8(std::move(text)));
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = Replacement(c, layout);
+  }
+  return text;
 }
 
 std::string Readable(std::string text) {
-  const std::string line = ReadableLine(std::move(text));
-  std::string readable;
-  for (const char c : line) {
-    if (c != ' ' || !(readable.empty() || readable.back() == ' ')) readable += c;
+  text = ReadableLine(std::move(text));
+  std::size_t size = 0;
+  for (const char c : text) {
+    if (c != ' ' || (size > 0 && text[size - 1] != ' ')) text[size++] = c;
   }
-  return readable;
+  text.resize(size);
+  return text;
 }
 
 std::string ReadableLine(std::string text) {
-  std::string line = Sanitized(std::move(text), Layout::kBlanks);
-  line.erase(line.find_last_not_of(' ') + 1);
-  return line;
+  text = Sanitized(std::move(text), Layout::kBlanks);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
 }
 
 std::string Counted(std::size_t count, const std::string& noun) {

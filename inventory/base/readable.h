@@ -6,6 +6,21 @@
 #include <string>
 #include <string_view>
 
+/// How much of a text to take at once: all of a short one, else about 64 KiB. No character goes
+/// beyond it, and bytes that are none are the same ones as in the whole.
+std::size_t PieceLength(std::string_view text);
+
+/// Calls `take` with one piece after the other, so that what is made of a large text is never in
+/// memory as a whole.
+template <class Take>
+void ForEachPiece(std::string_view text, const Take& take) {
+  while (!text.empty()) {
+    const std::size_t length = PieceLength(text);
+    take(text.substr(0, length));
+    text.remove_prefix(length);
+  }
+}
+
 /// Text from elsewhere as valid UTF-8: bytes that are none become U+FFFD, as in the JSON document.
 std::string ValidUtf8(std::string text);
 

@@ -1,6 +1,7 @@
 #include "inventory/machine/last_events.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -47,12 +48,12 @@ EventWords ReadEventWords(const StoredInstance& instance, const char* property) 
   words.is_collected = true;
   const NKVXHMZ20::TCIMValue* value = instance.Find(property);
   if (value == nullptr || !value->IsArray()) return words;
-  const auto& elements = value->GetArray();
+  const std::vector<std::uint32_t>& elements = value->GetNumbers();
   words.count = elements.size();
   const std::size_t shown = std::min(kLastEntries, words.count);
   for (std::size_t i = words.count - shown; i < words.count; ++i) {
     char text[16];
-    std::snprintf(text, sizeof text, "%08X", elements[i].GetNumber());
+    std::snprintf(text, sizeof text, "%08X", elements[i]);
     words.last.emplace_back(text);
   }
   return words;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <sstream>
+#include <string_view>
 #include <utility>
 
 #include "inventory/base/readable.h"
@@ -26,15 +27,17 @@ RawOutput ReadRawOutput(const standin::StoredInstance& raw_record) {
   const NKVXHMZ20::TCIMValue* results = raw_record.Find("RawResults");
   if (results == nullptr || !results->IsArray()) return output;
   bool is_battery = false;
-  for (const NKVXHMZ20::TCIMValue& element : results->GetArray()) {
-    const std::string line = element.ToString();
-    const auto holds = [&line](const char* text) { return line.find(text) != std::string::npos; };
+  for (const std::string_view line : results->GetStrings()) {
+    const auto holds = [line](const char* text) {
+      return line.find(text) != std::string_view::npos;
+    };
     output.has_controller = output.has_controller || holds(kControllerHeading);
     output.has_devices = output.has_devices || holds(kPhysicalDeviceHeading);
     is_battery = is_battery || holds(kBatteryHeading);
     // The published status is that of the first line with the word: mostly the controller's own.
     if (is_battery && output.battery_status.empty() && holds(kStatusLabel)) {
-      output.battery_status = Readable(line.substr(std::min(line.find(':'), line.size() - 1) + 1));
+      output.battery_status =
+          Readable(std::string(line.substr(std::min(line.find(':'), line.size() - 1) + 1)));
     }
   }
   return output;

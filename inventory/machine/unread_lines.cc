@@ -51,8 +51,8 @@ std::unordered_map<std::string, Values> PublishedValues(const Report& report) {
         AddText(property.value.GetString(), values[number]);
         continue;
       }
-      for (const TCIMValue& element : property.value.GetArray()) {
-        AddText(element.GetString(), values[number]);
+      for (const std::string_view text : property.value.GetStrings()) {
+        AddText(std::string(text), values[number]);
       }
     }
   }
@@ -84,14 +84,15 @@ class UnreadLines {
   std::vector<std::string> labels_;
 };
 
-UnreadLines CompareLines(const TCIMValue::Array& lines, const Values& published) {
+UnreadLines CompareLines(const NKVXHMZ20::TCIMStrings& lines, const Values& published) {
   UnreadLines unread;
-  for (const TCIMValue& element : lines) {
-    const std::string line = element.ToString();
+  for (const std::string_view line : lines) {
     const auto colon = line.find(':');
-    if (colon == std::string::npos) continue;
-    const std::string value = Readable(line.substr(colon + 1));
-    if (!value.empty() && !published.contains(value)) unread.Add(Readable(line.substr(0, colon)));
+    if (colon == std::string_view::npos) continue;
+    const std::string value = Readable(std::string(line.substr(colon + 1)));
+    if (!value.empty() && !published.contains(value)) {
+      unread.Add(Readable(std::string(line.substr(0, colon))));
+    }
   }
   return unread;
 }
@@ -121,7 +122,8 @@ std::vector<Problem> FindUnreadLines(const Report& report, const Machine& machin
     std::string name = tool;
     const auto controller = numbers.find(name.append(" ").append(std::to_string(number)));
     if (word != kGetConfigWord || controller == numbers.end()) continue;
-    const UnreadLines unread = CompareLines(results->GetArray(), published.at(controller->second));
+    const UnreadLines unread =
+        CompareLines(results->GetStrings(), published.at(controller->second));
     if (unread.GetCount() == 0) continue;
     problems.push_back({command_line, unread.Describe(), ProblemKind::kLinesNotUnderstood, tool,
                         word.append(" ").append(option), number, unread.GetCount()});

@@ -72,8 +72,7 @@ TCIMValue ReadValue(const json& value, TCIMValue::ECIMType type, const std::stri
       if (element.is_array() || element.is_null()) Refuse(path, "a list of values");
       elements.push_back(ReadValue(element, type, path));
     }
-    const std::size_t count = elements.size();
-    return {TCIMValue::TCIMType(type), count, std::move(elements)};
+    return {TCIMValue::TCIMType(type), elements.size(), elements};
   }
   if (type == TCIMValue::kUint16 || type == TCIMValue::kUint32) {
     const std::uint64_t largest = type == TCIMValue::kUint16 ? UINT16_MAX : UINT32_MAX;

@@ -33,19 +33,92 @@ std::size_t WidthOf(const std::vector<Span>& spans) {
       [](std::size_t sum, const Span& span) { return sum + ::WidthOf(span.text); });
 }
 
-/// Takes the first `width` columns off `span`.
-Span TakeColumns(Span& span, std::size_t width) {
-  std::size_t end = 0;
-  while (end < span.text.size()) {
-    if ((span.text[end] & '\xC0') != '\x80' && width-- == 0) break;
-    ++end;
+/// The text of a span from `begin` to `end`, in its colours.
+Span SliceOf(const Span& span, std::size_t begin, std::size_t end) {
+  Span slice = {span.text.substr(begin, end - begin), span.tint};
+  slice.tint_begin = span.tint_begin - std::min(span.tint_begin, begin);
+  if (span.tint_end != std::string::npos) {
+    slice.tint_end = span.tint_end - std::min(span.tint_end, begin);
   }
-  Span taken = span;
-  taken.text.resize(end);
-  span.text.erase(0, end);
-  span.tint_begin -= std::min(span.tint_begin, end);
-  if (span.tint_end != std::string::npos) span.tint_end -= std::min(span.tint_end, end);
-  return taken;
+  return slice;
+}
+
+/// Where `width` more columns of a text end.
+std::size_t EndOfColumns(std::string_view text, std::size_t begin, std::size_t width) {
+  std::size_t end = begin;
+  for (; end < text.size(); ++end) {
+    if ((text[end] & '\xC0') != '\x80' && width-- == 0) break;
+  }
+  return end;
+}
+
+/// A flow in the making: piece after piece is put on its last line.
+class Flowing {
+ public:
+  Flowing(TextWriter& writer, const std::vector<Span>& start, const std::string& indent,
+          std::string_view gap)
+      : writer_(writer), indent_(indent), gap_(gap), line_(start), width_(WidthOf(start)) {}
+
+  void Add(Span piece) {
+    text_width_ = ::WidthOf(piece.text);
+    // On a line of its own, if that helps; else it is broken.
+    const std::size_t room = LineWidth() - std::min(LineWidth(), indent_width_);
+    if (IsTooWide() && (is_begun_ || (text_width_ <= room && width_ > indent_width_))) EndLine();
+    std::size_t begin = 0;
+    while (IsTooWide()) {
+      const std::size_t left = LineWidth() - std::min(LineWidth(), width_);
+      if (left < kNarrowestPiece && width_ > indent_width_) {
+        EndLine();
+        continue;
+      }
+      const std::size_t taken = std::max(kNarrowestPiece, left);
+      if (taken >= text_width_) break;
+      const std::size_t end = EndOfColumns(piece.text, begin, taken);
+      line_.push_back(SliceOf(piece, begin, end));
+      begin = end;
+      text_width_ -= taken;
+      EndLine();
+    }
+    if (is_begun_) line_.push_back({std::string(gap_)});
+    width_ += text_width_ + (is_begun_ ? gap_.size() : 0);
+    line_.push_back(begin == 0 ? std::move(piece) : SliceOf(piece, begin, piece.text.size()));
+    is_begun_ = true;
+  }
+
+  void End() { writer_.Line(line_); }
+
+ private:
+  std::size_t LineWidth() const { return writer_.GetDisplay().width; }
+
+  bool IsTooWide() const {
+    const std::size_t needed = text_width_ + (is_begun_ ? gap_.size() : 0);
+    return width_ >= LineWidth() || needed > LineWidth() - width_;
+  }
+
+  void EndLine() {
+    writer_.Line(line_);
+    line_ = {{indent_}};
+    width_ = indent_width_;
+    is_begun_ = false;
+  }
+
+  TextWriter& writer_;
+  const std::string& indent_;
+  const std::size_t indent_width_ = ::WidthOf(indent_);
+  std::string_view gap_;
+  std::vector<Span> line_;
+  std::size_t width_;
+  std::size_t text_width_ = 0;  // of what is left of the piece
+  bool is_begun_ = false;       // a piece is on the line
+};
+
+template <class Take>
+void ForEachWord(std::string_view text, const Take& take) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    take(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
 }
 
 }  // namespace
@@ -72,56 +145,20 @@ void TextWriter::Line(const std::vector<Span>& spans) {
 
 void TextWriter::Flow(const std::vector<Span>& start, const std::string& indent,
                       const std::vector<Span>& pieces, std::string_view gap) {
-  const std::size_t indent_width = ::WidthOf(indent);
-  const std::size_t room = display_.width - std::min(display_.width, indent_width);
-  std::vector<Span> line = start;
-  std::size_t width = WidthOf(start);
-  bool is_begun = false;  // a piece is on the line
-  const auto end_line = [&] {
-    Line(line);
-    line = {{indent}};
-    width = indent_width;
-    is_begun = false;
-  };
-  for (Span piece : pieces) {
-    std::size_t text_width = ::WidthOf(piece.text);
-    const auto is_too_wide = [&] {
-      const std::size_t needed = text_width + (is_begun ? gap.size() : 0);
-      return width >= display_.width || needed > display_.width - width;
-    };
-    // On a line of its own, if that helps; else it is broken.
-    if (is_too_wide() && (is_begun || (text_width <= room && width > indent_width))) end_line();
-    while (is_too_wide()) {
-      const std::size_t left = display_.width - std::min(display_.width, width);
-      if (left < kNarrowestPiece && width > indent_width) {
-        end_line();
-        continue;
-      }
-      const std::size_t taken = std::max(kNarrowestPiece, left);
-      if (taken >= text_width) break;
-      line.push_back(TakeColumns(piece, taken));
-      text_width -= taken;
-      end_line();
-    }
-    if (is_begun) line.push_back({std::string(gap)});
-    width += text_width + (is_begun ? gap.size() : 0);
-    line.push_back(std::move(piece));
-    is_begun = true;
-  }
-  Line(line);
+  Flowing flowing(*this, start, indent, gap);
+  for (const Span& piece : pieces) flowing.Add(piece);
+  flowing.End();
 }
 
 void TextWriter::FlowWords(const std::vector<Span>& start, const std::string& indent,
                            std::string_view text, Tint tint) {
-  Flow(start, indent, WordsOf(text, tint), " ");
+  Flowing flowing(*this, start, indent, " ");
+  ForEachWord(text, [&](std::string_view word) { flowing.Add({std::string(word), tint}); });
+  flowing.End();
 }
 
 std::vector<Span> WordsOf(std::string_view text, Tint tint) {
   std::vector<Span> words;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(' '), text.size());
-    words.push_back({std::string(text.substr(0, end)), tint});
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+  ForEachWord(text, [&](std::string_view word) { words.push_back({std::string(word), tint}); });
   return words;
 }

@@ -1,13 +1,18 @@
 #include "inventory/print/instance_list.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "inventory/base/readable.h"
 #include "inventory/print/flow.h"
 
 namespace {
+
+std::string LineOf(std::string_view text) { return ReadableLine(std::string(text)); }
+std::string LineOf(std::uint32_t number) { return std::to_string(number); }
 
 void PrintProperty(const std::string& name, const NKVXHMZ20::TCIMValue& value,
                    const std::string& indent, TextWriter& writer) {
@@ -18,11 +23,11 @@ void PrintProperty(const std::string& name, const NKVXHMZ20::TCIMValue& value,
     writer.FlowWords(lead, indent, Readable(value.ToString()));
     return;
   }
-  for (const auto& element : value.GetArray()) {
-    writer.FlowWords(lead, indent, ReadableLine(element.ToString()));
+  value.ForEach([&](const auto& element) {
+    writer.FlowWords(lead, indent, LineOf(element));
     lead = {{indent}};
-  }
-  if (value.GetArray().empty()) writer.Line(lead);
+  });
+  if (value.GetCount() == 0) writer.Line(lead);
 }
 
 void PrintInstance(const standin::StoredInstance& instance, TextWriter& writer) {

@@ -45,8 +45,10 @@ void WriteReference(const TCIMReference& reference, JsonWriter& json) {
 
 void WriteValue(const TCIMValue& value, JsonWriter& json) {
   if (value.IsArray()) {
-    return json.Array(value.GetArray(),
-                      [&json](const TCIMValue& element) { WriteValue(element, json); });
+    if (value.GetType().GetCode() == TCIMValue::kString) {
+      return json.Array(value.GetStrings(), [&json](auto text) { json.String(text); });
+    }
+    return json.Array(value.GetNumbers(), [&json](auto number) { json.Number(number); });
   }
   switch (value.GetType().GetCode()) {
     case TCIMValue::kNull:

@@ -30,14 +30,16 @@ std::string WithoutHidden(const std::string& json) {
 
 }  // namespace
 
-void JsonWriter::String(const std::string& text) {
+void JsonWriter::String(std::string_view text) {
   using nlohmann::json;
-  if (std::all_of(text.begin(), text.end(), NeedsNoEscape)) {
-    Raw("\"");
-    Raw(text);
-    return Raw("\"");
-  }
-  Raw(WithoutHidden(json(text).dump(-1, ' ', false, json::error_handler_t::replace)));
+  Raw("\"");
+  ForEachPiece(text, [this](std::string_view piece) {
+    if (std::all_of(piece.begin(), piece.end(), NeedsNoEscape)) return Raw(piece);
+    const std::string quoted =
+        WithoutHidden(json(piece).dump(-1, ' ', false, json::error_handler_t::replace));
+    Raw(std::string_view(quoted).substr(1, quoted.size() - 2));
+  });
+  Raw("\"");
 }
 
 void JsonWriter::Open(char bracket) {

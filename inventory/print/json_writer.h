@@ -19,7 +19,7 @@ class JsonWriter {
   void Null() { Raw("null"); }
   void Bool(bool value) { Raw(value ? "true" : "false"); }
   /// Bytes that are not UTF-8 become U+FFFD.
-  void String(const std::string& text);
+  void String(std::string_view text);
   template <class Integer>
   void Number(Integer number) {
     Raw(std::to_string(number));

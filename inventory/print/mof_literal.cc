@@ -12,13 +12,12 @@ constexpr std::size_t kDateTimeWidth = 25;
 constexpr char kEarliestDateTime[] = "00010101000000.000000+000";
 constexpr std::string_view kUnknownFields = "**************.******";  // up to the offset
 
-}  // namespace
-
-std::string MofString(const std::string& text) {
+/// A piece of a text as it stands in a literal.
+std::string Escaped(std::string_view piece) {
   static constexpr std::string_view kEscaped = "\b\t\n\f\r\"\\";
   static constexpr std::string_view kLetters = "btnfr\"\\";
-  std::string literal = "\"";
-  const std::string valid = ValidUtf8(text);
+  std::string literal;
+  const std::string valid = ValidUtf8(std::string(piece));
   for (std::size_t i = 0; i < valid.size(); ++i) {
     const char c = valid[i];
     auto code = static_cast<unsigned char>(c);
@@ -42,7 +41,15 @@ std::string MofString(const std::string& text) {
       literal += c;
     }
   }
-  return literal + "\"";
+  return literal;
+}
+
+}  // namespace
+
+void WriteMofString(std::string_view text, Sink& output) {
+  output.Write("\"");
+  ForEachPiece(text, [&output](std::string_view piece) { output.Write(Escaped(piece)); });
+  output.Write("\"");
 }
 
 std::string MofDateTime(const std::string& text) {

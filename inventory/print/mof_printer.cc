@@ -1,6 +1,8 @@
 #include "inventory/print/mof_printer.h"
 
+#include <cstdint>
 #include <map>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -26,6 +28,16 @@ bool IsIdentifier(std::string_view name) {
       "_0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   return !name.empty() && name.find_first_not_of(kCharacters) == std::string_view::npos;
 }
+
+/// Keeps what is written behind a text.
+class TextSink final : public Sink {
+ public:
+  explicit TextSink(std::string& text) : text_(text) {}
+  void Write(std::string_view written) override { text_ += written; }
+
+ private:
+  std::string& text_;
+};
 
 class MofPrinter {
  public:
@@ -84,11 +96,13 @@ class MofPrinter {
     }
     // The keys as they are written: two texts may differ in bytes that are not UTF-8 alone.
     std::string written = *instance.class_name;
+    TextSink key_text(written);
     TCIMReference::Keys keys;
     for (const std::string_view key : classes_.at(*instance.class_name)->keys) {
       const TCIMValue* value = instance.Find(std::string(key));
       keys.emplace_back(key, *value);
-      written.append(",").append(Literal(*value));
+      written += ",";
+      WriteLiteral(*value, key_text);
     }
     const bool is_first = printed_.insert(std::move(written)).second;
     if (!is_first) output_.Write("// Its keys are those of an earlier instance.\n");
@@ -114,38 +128,45 @@ class MofPrinter {
     const TCIMValue& value = property.value;
     if (value.IsNull()) return;
     if (!value.IsArray()) {
-      output_.Write("  " + *property.name + " = " + Literal(value) + ";\n");
+      output_.Write("  " + *property.name + " = ");
+      WriteLiteral(value, output_);
+      output_.Write(";\n");
       return;
     }
     // Not every reader of MOF takes an empty pair of braces.
-    if (value.GetArray().empty()) {
+    if (value.GetCount() == 0) {
       output_.Write("  // " + *property.name + " is an empty array.\n");
       return;
     }
     output_.Write("  " + *property.name + " = {");
     const char* separator = "\n    ";
-    for (const TCIMValue& element : value.GetArray()) {
-      output_.Write(separator + Literal(element));
+    value.ForEach([&](const auto& element) {
+      output_.Write(separator);
+      WriteElement(element, output_);
       separator = ",\n    ";
-    }
+    });
     output_.Write("};\n");
   }
 
-  std::string Literal(const TCIMValue& value) const {
+  static void WriteElement(std::string_view text, Sink& output) { WriteMofString(text, output); }
+  static void WriteElement(std::uint32_t number, Sink& output) {
+    output.Write(std::to_string(number));
+  }
+
+  void WriteLiteral(const TCIMValue& value, Sink& output) const {
     switch (value.GetType().GetCode()) {
       case TCIMValue::kNull:
-        break;
+        return output.Write("NULL");
       case TCIMValue::kUint16:
       case TCIMValue::kUint32:
-        return std::to_string(value.GetNumber());
+        return WriteElement(value.GetNumber(), output);
       case TCIMValue::kString:
-        return MofString(value.GetString());
+        return WriteElement(value.GetString(), output);
       case TCIMValue::kDateTime:
-        return "\"" + MofDateTime(value.GetDateTime().ToString()) + "\"";
+        return output.Write("\"" + MofDateTime(value.GetDateTime().ToString()) + "\"");
       case TCIMValue::kReference:
-        return AliasOf(value);
+        return output.Write(AliasOf(value));
     }
-    return "NULL";
   }
 
   const Report& report_;

@@ -6,12 +6,14 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "hmz/api.h"
 #include "hmz/cim_date_time.h"
+#include "hmz/cim_strings.h"
 
 namespace NKVXHMZ20 {
 
@@ -79,7 +81,7 @@ class HMZ_API TCIMValue {
   TCIMValue(const TCIMDateTime& time);   // NOLINT(google-explicit-constructor)
   TCIMValue(const TCIMReference& path);  // NOLINT(google-explicit-constructor)
   /// As Set.
-  TCIMValue(TCIMType type, std::size_t count, Array elements);
+  TCIMValue(TCIMType type, std::size_t count, const Array& elements);
 
   TCIMValue(const TCIMValue&);
   TCIMValue(TCIMValue&&) noexcept;
@@ -89,7 +91,10 @@ class HMZ_API TCIMValue {
 
   /// Becomes an array of the first `count` elements, each of which has to be of `type`, which is
   /// kString or kUint32. Throws THMZException otherwise, and when there are fewer elements.
-  void Set(TCIMType type, std::size_t count, Array elements);
+  void Set(TCIMType type, std::size_t count, const Array& elements);
+  /// The same of elements of one type, which are not copied: for arrays that may be large.
+  void Set(TCIMType type, std::size_t count, TCIMStrings elements);
+  void Set(TCIMType type, std::size_t count, std::vector<std::uint32_t> elements);
 
   /// The type of the value; of an array, the type of its elements.
   TCIMType GetType() const;
@@ -101,16 +106,30 @@ class HMZ_API TCIMValue {
   std::uint32_t GetNumber() const;  // kUint16 and kUint32
   const TCIMDateTime& GetDateTime() const;
   const TCIMReference& GetReference() const;
-  const Array& GetArray() const;
+  const TCIMStrings& GetStrings() const;                 // an array of kString
+  const std::vector<std::uint32_t>& GetNumbers() const;  // an array of kUint32
+
+  /// How many elements an array has. Throws THMZException when the value is none.
+  std::size_t GetCount() const;
+  /// Calls `visit` with each element of an array: a std::string_view or a std::uint32_t.
+  template <class Visit>
+  void ForEach(const Visit& visit) const {
+    if (GetType().GetCode() == kString) {
+      for (const std::string_view element : GetStrings()) visit(element);
+    } else {
+      for (const std::uint32_t element : GetNumbers()) visit(element);
+    }
+  }
 
   /// The value as text: "" for null, a string as it is, numbers in decimal, a date-time in its
   /// 25-character form, a reference as its path, an array as "{first, second}".
   std::string ToString() const;
 
  private:
-  struct ArrayContent;
+  template <class T>
+  using Shared = boost::shared_ptr<const T>;
   std::variant<std::monostate, std::string, std::uint16_t, std::uint32_t, TCIMDateTime,
-               TCIMReference, boost::shared_ptr<const ArrayContent>>
+               TCIMReference, Shared<TCIMStrings>, Shared<std::vector<std::uint32_t>>>
       content_;
 };
 
