@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <map>
 #include <set>
-#include <sstream>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -29,44 +29,60 @@ bool TellsOfController(const RunRecord& run) {
   return run.output->find(kControllerHeading) != std::string::npos;
 }
 
-/// What the tool said in the run, in lower case.
-std::string Said(const RunRecord& run) { return Lower(*run.output + "\n" + run.error_output); }
+/// Whether one of the lines is as asked. They are looked at one by one, as the text may be large.
+template <class IsAsked>
+bool AnyLine(std::string_view text, const IsAsked& is_asked) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (is_asked(text.substr(0, end))) return true;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return false;
+}
+
+/// The same of what the tool said in the run, in lower case.
+template <class IsAsked>
+bool SaidLine(const RunRecord& run, const IsAsked& is_asked) {
+  const auto is_asked_lower = [&](std::string_view line) { return is_asked(Lower(line)); };
+  return AnyLine(*run.output, is_asked_lower) || AnyLine(run.error_output, is_asked_lower);
+}
 
 bool NamesRights(const RunRecord& run) {
-  return HoldsOneOf(Said(run), {"permission", "permitted", "denied", "privilege", "root",
-                                "superuser", "administrator"});
+  return SaidLine(run, [](const std::string& line) {
+    return HoldsOneOf(line, {"permission", "permitted", "denied", "privilege", "root", "superuser",
+                             "administrator"});
+  });
 }
 
 /// An answer, and not a refusal: there is no controller of this number, in a line of its own.
 bool SaysThatThereIsNone(const RunRecord& run) {
   if (NamesRights(run)) return false;
-  std::istringstream lines(Said(run));
-  for (std::string line; std::getline(lines, line);) {
-    const bool is_about_one = HoldsOneOf(line, {"controller", "adapter"});
-    if (is_about_one &&
-        HoldsOneOf(line, {"not present", "no controller", "no adapter", "not found", "not exist",
-                          "no such", "invalid", "unknown", "not installed", "out of range"})) {
-      return true;
-    }
-  }
-  return false;
+  return SaidLine(run, [](const std::string& line) {
+    return HoldsOneOf(line, {"controller", "adapter"}) &&
+           HoldsOneOf(line, {"not present", "no controller", "no adapter", "not found", "not exist",
+                             "no such", "invalid", "unknown", "not installed", "out of range"});
+  });
 }
 
-/// An output with its digits made alike: what a tool says of numbers that it does not know.
-std::string WithoutDigits(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
-  return text;
-}
+/// Orders outputs as if all digits were the same: what a tool says of numbers that it does not
+/// know.
+struct LessButForDigits {
+  bool operator()(std::string_view x, std::string_view y) const {
+    const auto alike = [](char c) { return c >= '0' && c <= '9' ? '0' : c; };
+    return std::lexicographical_compare(
+        x.begin(), x.end(), y.begin(), y.end(),
+        [&alike](char left, char right) { return alike(left) < alike(right); });
+  }
+};
 
 /// The first line with something on it.
-std::string FirstLine(const std::string& text) {
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    line = Readable(std::move(line));
-    if (!line.empty()) return line;
-  }
-  return "";
+std::string FirstLine(std::string_view text) {
+  std::string first;
+  AnyLine(text, [&first](std::string_view line) {
+    first = Readable(std::string(line));
+    return !first.empty();
+  });
+  return first;
 }
 
 /// "ended with status 127 and printed nothing: no such library"
@@ -193,15 +209,15 @@ class ToolProblems {
   /// Configurations that end with a status of 0 and are not whole, where the plug-in notices
   /// nothing.
   void FindCutConfigurations() {
-    std::map<std::string, int> alike;  // those without a controller
-    std::set<int> answering;           // numbers that other commands tell of
+    std::map<std::string_view, int, LessButForDigits> alike;  // those without a controller
+    std::set<int> answering;                                  // numbers that other commands tell of
     for (const RunRecord* run : runs_) {
       if (run->end != RunEnd::kExited || run->exit_status != 0) continue;
       if (!IsConfiguration(*run)) {
         if (run->output_bytes > 0 && !SaysThatThereIsNone(*run))
           answering.insert(run->Controller());
       } else if (!TellsOfController(*run)) {
-        ++alike[WithoutDigits(*run->output)];
+        ++alike[*run->output];
       }
     }
     for (const RunRecord* run : runs_) {
@@ -210,8 +226,7 @@ class ToolProblems {
         if (run->output->find(kEndMarker) != std::string::npos) continue;
         Add(ProblemKind::kOutputTruncated, *run,
             "it lacks its closing line, and what else is behind");
-      } else if (run->exit_status == 0 && !SaysThatThereIsNone(*run) &&
-                 alike[WithoutDigits(*run->output)] == 1 &&
+      } else if (run->exit_status == 0 && !SaysThatThereIsNone(*run) && alike[*run->output] == 1 &&
                  (run->output_bytes > 0 || answering.contains(run->Controller()))) {
         Add(ProblemKind::kOutputTruncated, *run,
             "it tells neither of a controller nor that there is none");
