@@ -2,8 +2,8 @@
 
 _kraid_inventory() {
   local options="--as-host --brief --check --color --compare --controller --expect --format --help --list
-    --log --max-age --no-instances --no-lock --output --passes --plugin --record --replay --root --runs --sanitize
-    --sanitize-key --timeout --tool-timeout --trust-tools --verbose --version"
+    --log --max-age --max-instances --no-instances --no-lock --output --passes --plugin --record --replay
+    --root --runs --sanitize --sanitize-key --timeout --tool-timeout --trust-tools --verbose --version"
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local given=" ${COMP_WORDS[*]:1:COMP_CWORD-1} " words="" word
   COMPREPLY=()
@@ -21,7 +21,7 @@ _kraid_inventory() {
   case $before in
     --color) words="auto always never" ;;
     --format) words="text json mof" ;;
-    --controller | --max-age | --passes | --timeout | -t | --tool-timeout) return ;;
+    --controller | --max-age | --max-instances | --passes | --timeout | -t | --tool-timeout) return ;;
     --runs) words="none failed all" ;;
     --record | --replay | --root)
       compopt -o dirnames

@@ -6,7 +6,6 @@
 #include <climits>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "hmz/exception.h"
@@ -49,19 +48,6 @@ bool RealFileExists(const std::string& path) {
   std::error_code ignored;
   return std::filesystem::exists(path, ignored);
 }
-
-std::string RealCaptureFile(const std::string& path) {
-  std::string text;
-  std::ifstream file(path, std::ios::binary);
-  std::vector<char> part(std::size_t{1} << 16);
-  // A directory, for one, can be opened, but not read: what cannot be read is no text.
-  while (file.read(part.data(), static_cast<std::streamsize>(part.size())) || file.gcount() > 0) {
-    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  return file.bad() ? "" : text;
-}
-
-std::FILE* RealOpenFile(const std::string& path) { return std::fopen(path.c_str(), "rt"); }
 
 HostServices RealServices() {
   return {Spawn, LocalTime, MachineName, [](int, const std::string&) {}};

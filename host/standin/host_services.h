@@ -8,12 +8,11 @@
 
 #include "hmz/api.h"
 #include "hmz/cim_date_time.h"
+#include "standin/regular_file.h"
 
 namespace standin {
 
 HMZ_API bool RealFileExists(const std::string& path);
-HMZ_API std::string RealCaptureFile(const std::string& path);
-HMZ_API std::FILE* RealOpenFile(const std::string& path);
 
 /// The ways in which the stand-in host reaches the world outside: the one place to change them,
 /// for the command (limits, log, progress) and for tests (canned tools, a fixed clock and name).
@@ -31,6 +30,8 @@ struct HostServices {
   std::function<std::string(const std::string& path)> capture_file = RealCaptureFile;
   /// For reading; the caller closes it. Null, with errno set, when it cannot be opened.
   std::function<std::FILE*(const std::string& path)> open_file = RealOpenFile;
+  /// Told by the two above of each file that they do not give whole.
+  std::function<void(const FileCut& cut)> file_cut = [](const FileCut&) {};
 };
 
 /// The real process service, clock and name; messages are dropped.

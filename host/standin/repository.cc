@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <unordered_map>
 #include <utility>
 
-#include "hmz/exception.h"
 #include "standin/schema.h"
 
 namespace standin {
@@ -58,6 +58,22 @@ std::string TypeText(const TCIMValue& value) {
   return std::string(names.at(code)) + (value.IsArray() ? "[]" : "");
 }
 
+/// What a value holds besides itself.
+std::size_t ContentBytes(const TCIMValue& value) {
+  if (value.IsArray()) {
+    return value.GetType().GetCode() == TCIMValue::kString
+               ? value.GetStrings().GetByteCount()
+               : value.GetNumbers().size() * sizeof(std::uint32_t);
+  }
+  if (value.GetType().GetCode() == TCIMValue::kString) return value.GetString().size();
+  if (value.GetType().GetCode() != TCIMValue::kReference) return 0;
+  std::size_t bytes = 0;
+  for (const auto& key : value.GetReference().GetKeys()) {
+    bytes += sizeof key + ContentBytes(key.second);
+  }
+  return bytes;
+}
+
 }  // namespace
 
 const TCIMValue* StoredInstance::Find(const std::string& name) const {
@@ -70,6 +86,29 @@ const TCIMValue* StoredInstance::Find(const std::string& name) const {
 /// What the repository holds. Classes and instances share it, so that each of them may outlive the
 /// repository.
 struct Repository::State {
+  explicit State(const RepositoryLimits& given) : limits(given) {}
+
+  /// Takes the instance, or throws.
+  void Add(const boost::shared_ptr<StoredInstance>& content, ClassData& cim_class) {
+    if (committed.size() >= limits.instances) {
+      throw RepositoryFull("the repository is full: it holds " + std::to_string(limits.instances) +
+                           " instances");
+    }
+    std::size_t size = sizeof(StoredInstance);
+    for (const StoredProperty& property : content->properties) {
+      size += sizeof property + ContentBytes(property.value);
+    }
+    if (size > limits.bytes - bytes) {
+      throw RepositoryFull("the repository is full: its instances hold the " +
+                           std::to_string(limits.bytes >> 20) + " MiB that they may");
+    }
+    bytes += size;
+    cim_class.committed.push_back(content);
+    committed.push_back(content);
+  }
+
+  RepositoryLimits limits;
+  std::size_t bytes = 0;
   std::map<std::string, ClassData> classes;
   std::vector<boost::shared_ptr<const StoredInstance>> committed;
   std::set<std::string> undeclared;
@@ -84,8 +123,7 @@ class Repository::Instance final : public ICIMInstance {
       : state_(std::move(state)), class_(cim_class), content_(std::move(content)) {}
 
   void Commit(const std::map<std::string, TCIMValue>& /*qualifiers*/) override {
-    class_.committed.push_back(content_);
-    state_->committed.push_back(content_);
+    state_->Add(content_, class_);
   }
 
   TCIMReference GetReference() override {
@@ -158,7 +196,7 @@ class Repository::Class final : public ICIMClass {
   ClassData& data_;  // in *state_
 };
 
-Repository::Repository() : state_(boost::make_shared<State>()) {
+Repository::Repository(const RepositoryLimits& limits) : state_(boost::make_shared<State>(limits)) {
   for (const SchemaClass& cim_class : Schema()) {
     ClassData& data = state_->classes[std::string(cim_class.name)];
     data.name = cim_class.name;

@@ -2,11 +2,13 @@
 #define STANDIN_REPOSITORY_H_
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "hmz/api.h"
 #include "hmz/cim_object_model.h"
+#include "hmz/exception.h"
 
 namespace standin {
 
@@ -25,11 +27,23 @@ struct HMZ_API StoredInstance {
   const NKVXHMZ20::TCIMValue* Find(const std::string& name) const;
 };
 
+/// How much a repository takes: what is published of a hostile text may be many times the text.
+struct RepositoryLimits {
+  std::size_t instances = 1'000'000;
+  std::size_t bytes = std::size_t{1} << 30;  ///< Of their content, roughly as it is in memory.
+};
+
+/// What a commit throws that goes beyond the limits.
+class HMZ_API RepositoryFull final : public NKVXHMZ20::THMZException {
+ public:
+  using THMZException::THMZException;
+};
+
 /// The stand-in's CIM namespace, in memory: the classes of the schema and all that is committed.
-/// It takes whatever is set, and keeps a list of what the schema does not have.
+/// It takes whatever is set, within its limits, and keeps a list of what the schema does not have.
 class HMZ_API Repository final : public NKVXHMZ20::ICIMNamespace {
  public:
-  Repository();
+  explicit Repository(const RepositoryLimits& limits = {});
   ~Repository();
   Repository(const Repository&) = delete;
   Repository& operator=(const Repository&) = delete;

@@ -22,6 +22,12 @@ const char* NameOf(ProblemKind kind) {
       return "output_unreadable";
     case ProblemKind::kLinesNotUnderstood:
       return "lines_not_understood";
+    case ProblemKind::kLogCut:
+      return "log_cut";
+    case ProblemKind::kLogUnreadable:
+      return "log_unreadable";
+    case ProblemKind::kRepositoryFull:
+      return "repository_full";
     case ProblemKind::kUnknownClass:
       return "unknown_class";
     case ProblemKind::kPluginFailed:

@@ -16,6 +16,9 @@ enum class ProblemKind {
   kOutputTruncated,     ///< A run stopped at its output limit, or an output that is not whole.
   kOutputUnreadable,    ///< An output over which the plug-in threw.
   kLinesNotUnderstood,  ///< Lines of a controller's configuration that show up nowhere.
+  kLogCut,              ///< Of the manager's log only the newest end was read.
+  kLogUnreadable,       ///< The plug-in threw over the manager's log.
+  kRepositoryFull,      ///< More was published than the host's repository takes.
   kPluginFailed,        ///< The plug-in or the host threw, and no output is to blame.
   kUnknownClass,        ///< A class that was asked for and is none of the schema's.
 };

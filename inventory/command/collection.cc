@@ -4,15 +4,19 @@
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <cerrno>
 #include <exception>
+#include <map>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "inventory/command/watched_class.h"
 #include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
+#include "standin/host_services.h"
 #include "standin/plugin_manager.h"
 
 namespace {
@@ -21,6 +25,7 @@ namespace {
 struct Thrown {
   std::string text = "an unknown exception";
   bool is_out_of_range = false;
+  bool is_repository_full = false;
 };
 
 /// The exception in flight.
@@ -31,6 +36,7 @@ Thrown Catch() {
   } catch (const std::exception& error) {
     thrown.text = error.what();
     thrown.is_out_of_range = dynamic_cast<const std::out_of_range*>(&error) != nullptr;
+    thrown.is_repository_full = dynamic_cast<const standin::RepositoryFull*>(&error) != nullptr;
   } catch (...) {
   }
   return thrown;
@@ -50,15 +56,25 @@ std::string DescribeOutput(const Thrown& thrown) {
   return "its output holds a line that is too short to be cut" + own_text;
 }
 
-/// `publishing` is the class that was being published; "" before the first.
+std::string DescribeReading(const Thrown& thrown) { return "reading it failed: " + thrown.text; }
+
+/// `publishing` is the class that was being published; "" before the first. `file` is what the
+/// plug-in asked for last; "" where that was a tool.
 Problem DescribeFailure(const Thrown& thrown, const std::string& publishing,
-                        const ToolRuns& tools) {
+                        const std::string& file, const ToolRuns& tools) {
   Problem problem;
   problem.kind = ProblemKind::kPluginFailed;
   problem.is_blind = true;
-  if (!publishing.empty()) {
+  if (thrown.is_repository_full) {
+    problem.kind = ProblemKind::kRepositoryFull;
+    problem.what = "class " + publishing;
+    problem.why = "publishing it ended early: " + thrown.text;
+  } else if (!publishing.empty()) {
     problem.what = "class " + publishing;
     problem.why = "publishing it failed: " + thrown.text;
+  } else if (!file.empty()) {
+    problem.what = file;
+    problem.why = DescribeReading(thrown);
   } else if (const RunRecord* run = tools.GetLatest(); run != nullptr) {
     problem.what = run->CommandLine();
     problem.why = DescribeOutput(thrown);
@@ -73,20 +89,53 @@ Problem DescribeFailure(const Thrown& thrown, const std::string& publishing,
   return problem;
 }
 
+/// What of the outside the plug-in threw over.
+struct Unreadable {
+  std::string file;  ///< "" where it was the latest output.
+  std::string why;
+};
+
+using UnreadableFiles = std::map<std::string, std::string>;  // why, by path
+
+/// The services in force, but for the unreadable files, which are as if they were not there. `file`
+/// becomes the one that was asked for last, "" when it was a tool.
+standin::HostServices WatchFiles(const UnreadableFiles& unreadable, std::string& file) {
+  standin::HostServices services = standin::Services();
+  services.spawn_process = [&file, spawn = services.spawn_process](const auto& program,
+                                                                   const auto& arguments) {
+    file.clear();
+    return spawn(program, arguments);
+  };
+  services.capture_file = [&, capture = services.capture_file](const std::string& path) {
+    file = path;
+    return unreadable.contains(path) ? std::string() : capture(path);
+  };
+  services.open_file = [&, open = services.open_file](const std::string& path) -> std::FILE* {
+    file = path;
+    if (!unreadable.contains(path)) return open(path);
+    errno = ENOENT;
+    return nullptr;
+  };
+  return services;
+}
+
 /// One loading of the plug-in, with all its passes.
 class Attempt {
  public:
-  Attempt(const Options& options, ToolRuns& tools) : options_(options), tools_(tools) {
-    collection_.repository = std::make_unique<standin::Repository>();
+  Attempt(const Options& options, ToolRuns& tools, const UnreadableFiles& unreadable)
+      : options_(options), tools_(tools), in_force_(WatchFiles(unreadable, file_)) {
+    collection_.repository =
+        std::make_unique<standin::Repository>(standin::RepositoryLimits{options.max_instances});
     tools_.BeginAttempt();
   }
 
-  /// Salvaging, it ends at the first throw over an output and says why: see `GetUnreadable`.
+  /// Salvaging, it ends at the first throw over an output or a file and says why: see
+  /// `GetUnreadable`.
   void Run(bool is_salvaging) {
     try {
       if (IsUntrusted()) return;
       standin::LoadedPlugin plugin(options_.plugin);
-      for (int pass = 0; pass < options_.passes && !unreadable_; ++pass) {
+      for (int pass = 0; pass < options_.passes && !unreadable_ && !is_full_; ++pass) {
         const std::size_t committed_before = collection_.repository->GetCommitted().size();
         RunPass(plugin, is_salvaging);
         if (collection_.repository->GetCommitted().size() > committed_before) {
@@ -98,7 +147,7 @@ class Attempt {
     }
   }
 
-  const std::optional<std::string>& GetUnreadable() const { return unreadable_; }
+  const std::optional<Unreadable>& GetUnreadable() const { return unreadable_; }
   Collection Take() { return std::move(collection_); }
 
  private:
@@ -135,11 +184,16 @@ class Attempt {
       plugin.GetQueries().GetData(cim_namespace, classes);
     } catch (...) {
       const Thrown thrown = Catch();
-      if (is_salvaging && publishing.empty() && tools_.GetLatest() != nullptr) {
-        unreadable_ = DescribeOutput(thrown);
+      if (is_salvaging && publishing.empty() && !file_.empty()) {
+        unreadable_ = {file_, DescribeReading(thrown)};
         return;
       }
-      Problem failure = DescribeFailure(thrown, publishing, tools_);
+      if (is_salvaging && publishing.empty() && tools_.GetLatest() != nullptr) {
+        unreadable_ = {"", DescribeOutput(thrown)};
+        return;
+      }
+      is_full_ = thrown.is_repository_full;
+      Problem failure = DescribeFailure(thrown, publishing, file_, tools_);
       std::vector<Problem>& failures = collection_.failures;
       if (std::find(failures.begin(), failures.end(), failure) == failures.end()) {
         failures.push_back(std::move(failure));
@@ -150,17 +204,33 @@ class Attempt {
   const Options& options_;
   ToolRuns& tools_;
   Collection collection_;
-  std::optional<std::string> unreadable_;
+  std::optional<Unreadable> unreadable_;
+  bool is_full_ = false;
+  std::string file_;
+  const standin::ScopedServices in_force_;
 };
 
 }  // namespace
 
 Collection Collect(const Options& options, ToolRuns& tools) {
+  UnreadableFiles files;
   for (bool is_salvaging = !options.as_host;;) {
-    Attempt attempt(options, tools);
+    Attempt attempt(options, tools, files);
     attempt.Run(is_salvaging);
-    if (!attempt.GetUnreadable()) return attempt.Take();
-    // Where nothing is learnt, no output is to blame: the next attempt is the last.
-    is_salvaging = tools.RefuseLatestRequest(*attempt.GetUnreadable());
+    const std::optional<Unreadable>& unreadable = attempt.GetUnreadable();
+    if (!unreadable) {
+      Collection collection = attempt.Take();
+      for (const auto& [file, why] : files) {
+        collection.failures.push_back({file, why, ProblemKind::kLogUnreadable});
+      }
+      return collection;
+    }
+    // Where nothing is learnt, nothing of the outside is to blame: the next attempt is the last.
+    if (unreadable->file.empty()) {
+      is_salvaging = tools.RefuseLatestRequest(unreadable->why);
+    } else {
+      is_salvaging = files.emplace(unreadable->file, unreadable->why).second;
+      if (!is_salvaging) files.erase(unreadable->file);
+    }
   }
 }

@@ -19,8 +19,9 @@ struct Collection {
 
 /// Loads the plug-in, asks it for the classes as often as the options say and unloads it.
 ///
-/// Where the plug-in throws over a tool's output, the whole is done again with that one request
-/// refused, until it goes through or nothing new is learnt; no tool runs again for that. As a host,
+/// Where the plug-in throws over a tool's output or a file, the whole is done again with that one
+/// request refused or without that file, until it goes through or nothing new is learnt; no tool
+/// runs again for that. As a host,
 /// or where no output is to blame, a pass ends at what the plug-in throws, what it committed before
 /// stays, and the next pass is made all the same.
 Collection Collect(const Options& options, ToolRuns& tools);

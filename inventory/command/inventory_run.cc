@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -112,6 +113,8 @@ void AddProblems(const Options& options, Outcome& outcome) {
   problems.insert(problems.end(), outcome.failures.begin(), outcome.failures.end());
   for (const Problem& problem : problems) {
     if (problem.kind == ProblemKind::kOutputUnreadable ||
+        problem.kind == ProblemKind::kLogUnreadable ||
+        problem.kind == ProblemKind::kRepositoryFull ||
         problem.kind == ProblemKind::kPluginFailed ||
         (problem.kind == ProblemKind::kToolUntrusted && problem.tool.empty())) {
       Complain(problem.what + ": " + problem.why);
@@ -138,6 +141,11 @@ Outcome CollectOutcome(const Options& options, standin::HostServices services, T
     return tools.Run(program, arguments);
   };
   services.log = [&log](int level, const auto& text) { log.Write(level, text); };
+  std::map<std::string, Problem> cuts;  // by path
+  services.file_cut = [&cuts, next = services.file_cut](const standin::FileCut& cut) {
+    cuts[cut.path] = DescribeCut(cut);
+    next(cut);
+  };
   const std::string host = services.get_machine_name();
   const standin::ScopedServices in_force(std::move(services));
   Collection collection = Collect(options, tools);
@@ -145,6 +153,7 @@ Outcome CollectOutcome(const Options& options, standin::HostServices services, T
   outcome.report = std::make_unique<Report>(
       Report{host, kExitAnswered, FindRunProblems(tools.GetRecords()), *outcome.repository,
              collection.latest_pass, tools.GetRecords(), tools.GetRequests()});
+  for (const auto& [path, problem] : cuts) outcome.report->problems.push_back(problem);
   return outcome;
 }
 

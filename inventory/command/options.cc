@@ -206,6 +206,10 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                  "ask so many times, as a long-running host does (default: 1)")
       ->type_name("N")
       ->check(CLI::Range(1, 1'000'000).description(""));
+  app.add_option("--max-instances", options.max_instances,
+                 "end publishing behind so many instances (default: 1000000)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1'000'000'000).description(""));
   CLI::Option* const timeout =
       app.add_option("-t,--timeout", timeout_s,
                      "time limit of the whole collection (default: none; 60 with --check)")

@@ -2,6 +2,7 @@
 #define INVENTORY_COMMAND_OPTIONS_H_
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -25,6 +26,7 @@ struct Options {
   std::filesystem::path output;  // empty: standard output
   std::filesystem::path log;     // empty: none
   int passes = 1;
+  std::size_t max_instances = 1'000'000;  // that are kept
   std::chrono::milliseconds tool_timeout{std::chrono::seconds{60}};
   std::optional<std::chrono::milliseconds> timeout;  // of the collection; none: no limit
   bool as_host = false;                              // every request runs, the first throw counts

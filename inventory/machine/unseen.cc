@@ -1,8 +1,18 @@
 #include "inventory/machine/unseen.h"
 
+namespace {
+
+/// Whether it may be parts of the machine that were not collected.
+bool IsOfMachine(ProblemKind kind) {
+  return kind != ProblemKind::kUnknownClass && kind != ProblemKind::kLogCut &&
+         kind != ProblemKind::kLogUnreadable;
+}
+
+}  // namespace
+
 Unseen::Unseen(const Machine& machine, const std::vector<Problem>& problems) {
   for (const Problem& problem : problems) {
-    if (!IsLoss(problem) || problem.kind == ProblemKind::kUnknownClass) continue;
+    if (!IsLoss(problem) || !IsOfMachine(problem.kind)) continue;
     lacking_.Add(problem);
     if (problem.is_blind || problem.kind == ProblemKind::kPluginFailed) hidden_.Add(problem);
   }

@@ -44,6 +44,10 @@ HostServices Recorder::Watch(HostServices services) {
     errno = ENOENT;
     return nullptr;
   };
+  watched.file_cut = [this](const standin::FileCut& cut) {
+    files_[cut.path].file_bytes = cut.size;
+    real_.file_cut(cut);
+  };
   return watched;
 }
 
@@ -62,18 +66,24 @@ const std::optional<std::string>& Recorder::Read(const std::string& path) {
 
 std::vector<RecordedFile> Recorder::GetFiles() const {
   std::vector<RecordedFile> files;
-  for (const auto& [path, known] : files_) files.push_back({path, known.text});
+  for (const auto& [path, known] : files_) {
+    files.push_back({path, known.text, known.file_bytes});
+  }
   return files;
 }
 
 HostServices ReplayServices(const Recording& recording) {
-  std::map<std::string, const std::string*> files;
-  for (const RecordedFile& file : recording.files) {
-    files[file.path] = file.text ? &*file.text : nullptr;
-  }
+  std::map<std::string, const RecordedFile*> files;
+  for (const RecordedFile& file : recording.files) files[file.path] = &file;
   const auto find = [files](const std::string& path) -> const std::string* {
     const auto found = files.find(path);
-    return found == files.end() ? nullptr : found->second;
+    return found == files.end() || !found->second->text ? nullptr : &*found->second->text;
+  };
+  const auto read = [files, find](const std::string& path) {
+    const std::string* const text = find(path);
+    const std::uint64_t size = text == nullptr ? 0 : files.at(path)->file_bytes;
+    if (size > 0) standin::Services().file_cut({path, text->size(), size});
+    return text;
   };
   HostServices services = standin::RealServices();
   // Whoever asks more often than was asked before is told the last time again.
@@ -83,12 +93,12 @@ HostServices ReplayServices(const Recording& recording) {
   };
   services.get_machine_name = [&recording] { return recording.host; };
   services.file_exists = [find](const std::string& path) { return find(path) != nullptr; };
-  services.capture_file = [find](const std::string& path) {
-    const std::string* const text = find(path);
+  services.capture_file = [read](const std::string& path) {
+    const std::string* const text = read(path);
     return text == nullptr ? "" : *text;
   };
-  services.open_file = [find](const std::string& path) -> std::FILE* {
-    if (const std::string* const text = find(path); text != nullptr) return OpenText(*text);
+  services.open_file = [read](const std::string& path) -> std::FILE* {
+    if (const std::string* const text = read(path); text != nullptr) return OpenText(*text);
     errno = ENOENT;
     return nullptr;
   };

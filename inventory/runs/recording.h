@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <optional>
@@ -17,6 +18,7 @@
 struct RecordedFile {
   std::string path;
   std::optional<std::string> text;  ///< Absent where there was no such file, or none to be opened.
+  std::uint64_t file_bytes = 0;     ///< Of the file that the text is the end of; 0: it is whole.
 };
 
 /// All that a collection took from the world: with it, it can be done again anywhere.
@@ -46,6 +48,7 @@ class Recorder {
   struct Known {
     std::optional<std::string> text;
     bool is_read = false;  // or else only asked for
+    std::uint64_t file_bytes = 0;
   };
 
   const std::optional<std::string>& Read(const std::string& path);

@@ -117,6 +117,9 @@ class IndexReader {
       RecordedFile& read = recording.files.emplace_back();
       read.path = file["path"].Text();
       if (file.Has("file")) read.text = File(file["file"]);
+      if (file.Has("file_bytes")) {
+        read.file_bytes = static_cast<std::uint64_t>(Bounded(file["file_bytes"], 1, INT64_MAX));
+      }
     }
     const std::vector<JsonView> runs = index_["runs"].Items();
     if (runs.size() > kMostRecordedRuns) index_["runs"].Refuse("are too many");

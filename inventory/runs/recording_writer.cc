@@ -89,6 +89,7 @@ class FolderWriter {
       const fs::path path = file.path;
       entry["file"] = Keep((path.parent_path().filename() / path.stem()).string(),
                            path.extension().string(), *file.text);
+      if (file.file_bytes > 0) entry["file_bytes"] = file.file_bytes;
     }
     return entry;
   }

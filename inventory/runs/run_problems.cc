@@ -1,6 +1,7 @@
 #include "inventory/runs/run_problems.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <map>
 #include <set>
@@ -275,4 +276,15 @@ std::vector<Problem> FindRunProblems(const std::vector<RunRecord>& records) {
   std::vector<Problem> problems;
   for (const Runs& runs : tools) ToolProblems(runs, problems).Find();
   return problems;
+}
+
+Problem DescribeCut(const standin::FileCut& cut) {
+  // Both rounded up: what was left out never vanishes.
+  const auto mebibytes = [](std::uint64_t bytes) {
+    return std::to_string((bytes >> 20) + (bytes % (1 << 20) > 0 ? 1 : 0));
+  };
+  return {cut.path,
+          "only its newest " + mebibytes(cut.read) + " MiB of " + mebibytes(cut.size) +
+              " MiB were read",
+          ProblemKind::kLogCut};
 }
