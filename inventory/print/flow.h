@@ -19,6 +19,20 @@ struct Span {
   std::size_t tint_end = std::string::npos;
 };
 
+/// A span of which somebody else keeps the text.
+struct Coloured {
+  // NOLINTNEXTLINE(google-explicit-constructor): a span is one
+  Coloured(const Span& span)
+      : text(span.text), tint(span.tint), tint_begin(span.tint_begin), tint_end(span.tint_end) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): so is a plain text
+  Coloured(std::string_view plain, Tint all = Tint::kPlain) : text(plain), tint(all) {}
+
+  std::string_view text;
+  Tint tint;
+  std::size_t tint_begin = 0;
+  std::size_t tint_end = std::string::npos;
+};
+
 /// Writes lines of Readable text within a display's width, in its colours and characters: what is
 /// not ASCII becomes "?" where the display has no UTF-8.
 class TextWriter {
@@ -43,9 +57,18 @@ class TextWriter {
   std::size_t GetLineCount() const { return line_count_; }
 
  private:
+  class Flowing;
+
+  // A line is written part by part, since one may be as long as an output.
+  void Put(const Coloured& part);
+  void PutText(std::string_view text);
+  void Write(std::string_view text);
+  void EndLine();
+
   Display display_;
   Sink& output_;
   std::size_t line_count_ = 0;
+  std::size_t blanks_ = 0;  // that the line may end with
 };
 
 /// The words of a text, separated by single blanks, as pieces to flow.
