@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "hmz/exception.h"
 
 namespace {
@@ -77,6 +79,27 @@ TEST(Value, TakesTheCountAndLooksAtTheTypes) {
   EXPECT_THROW(TCIMValue(std::uint32_t{1}).GetString(), THMZException);
   EXPECT_THROW(TCIMValue().GetCount(), THMZException);
   EXPECT_THROW(value.GetNumbers(), THMZException);
+}
+
+TEST(Value, PacksStringsOfAnyLengthAndContent) {
+  NKVXHMZ20::TCIMStrings strings;
+  std::vector<std::string> texts;
+  for (const std::size_t length : {0, 1, 127, 128, 0, 16383, 16384, 2097152, 1}) {
+    texts.emplace_back(length, length % 2 == 0 ? '\0' : '\x80');
+    const std::size_t before = strings.GetByteCount();
+    strings.Add(texts.back());
+    EXPECT_EQ(strings.GetByteCount() - before, NKVXHMZ20::TCIMStrings::PackedSize(length));
+  }
+  TCIMValue value;
+  for (const std::size_t count : {9, 4, 0}) {
+    value.Set(TCIMValue::TCIMType(kString), count, strings);
+    EXPECT_EQ(value.GetCount(), count);
+    texts.resize(count);
+    EXPECT_TRUE(std::equal(texts.begin(), texts.end(), value.GetStrings().begin()));
+    EXPECT_EQ(std::distance(value.GetStrings().begin(), value.GetStrings().end()), count);
+  }
+  EXPECT_THROW(value.Set(TCIMValue::TCIMType(kString), 10, strings), THMZException);
+  EXPECT_THROW(value.Set(TCIMValue::TCIMType(kUint32), 1, strings), THMZException);
 }
 
 }  // namespace

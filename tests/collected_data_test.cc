@@ -58,6 +58,22 @@ TEST(CollectedData, ThrowsOutsideTheOutputAndKeepsTheStep) {
   EXPECT_EQ(cursor.GetNextLine(), "only\n");
 }
 
+TEST(CollectedData, StepsBackFromWhereverItStands) {
+  C cursor(nullptr, "0\n\n2\nlost");
+  for (int i = 0; i < 2; ++i) cursor.GetNextLine();
+  for (int i = 0; i < 2; ++i) EXPECT_THROW(cursor.GetNextLine(), std::out_of_range);
+  for (int i = 0; i < 2; ++i) cursor.decrementLinePtr();  // from the second one behind the end
+  EXPECT_EQ(cursor.GetCurrentLine(), "2\n");
+  cursor.decrementLinePtr();
+  EXPECT_EQ(cursor.GetCurrentLine(), "\n");
+  cursor.decrementLinePtr();
+  EXPECT_EQ(cursor.GetCurrentLine(), "0\n");
+  const std::pair<const char*, const char*> cases[] = {
+      {"2\n", "2\n"}, {"\n", "0\n"}, {"", "0\n"}, {"\n\n", ""}, {"0\n\n2", ""}, {"lost", ""}};
+  for (const auto& [label, line] : cases) EXPECT_EQ(cursor.FindLine(label), line) << label;
+  EXPECT_EQ(C(nullptr, "no line").FindLine(""), "");
+}
+
 TEST(CollectedData, RemovesBlanksTabsAndNewlinesOnly) {
   const struct {
     std::string text;

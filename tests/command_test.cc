@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <new>
 #include <tuple>
 
 #include "hmz/exception.h"
@@ -68,12 +69,16 @@ class SampleCollection : public testing::Test {
       return tools.Run(program, arguments);
     };
     const standin::ScopedServices in_force(services);
-    Options options;
-    options.as_host = sharing == Sharing::kOff;
-    options.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
-    for (const auto& known : standin::Schema()) options.classes.emplace_back(known.name);
-    collection_ = Collect(options, tools);
-    EXPECT_TRUE(collection_.failures.empty());
+    options_.as_host = sharing == Sharing::kOff;
+    options_.plugin = KRAID_BUILD_DIR "/lib/libkraid.pi.so";
+    options_.classes.clear();
+    for (const auto& known : standin::Schema()) options_.classes.emplace_back(known.name);
+    collection_ = Collect(options_, tools);
+    failures_.clear();
+    for (const Problem& failure : collection_.failures) {
+      failures_.append(NameOf(failure.kind)).append(failure.is_blind ? "!" : "");
+      failures_.append(" ").append(failure.what).append(": ").append(failure.why);
+    }
     return {"h",
             0,
             FindRunProblems(tools.GetRecords()),
@@ -94,7 +99,9 @@ class SampleCollection : public testing::Test {
   }
 
   std::map<std::string, std::string> outputs_ = ToolOutputs("sample");
+  Options options_;
   Collection collection_;
+  std::string failures_;  // of it
   int runs_ = 0;
 };
 
@@ -111,6 +118,7 @@ TEST_F(SampleCollection, LosesOneControllerAtMostWhereverAnOutputIsCut) {
       const Report report = Do([&, &line = cut_line](const auto& run, auto& result) {
         if (run == line) result.output.resize(end + 1);
       });
+      EXPECT_EQ(failures_, "");
       EXPECT_EQ(runs_, 88);  // none for another attempt
       const std::string tools = Tools(report);
       if (tools != "kelvcmd 1;kelvcmd 2;hrconf 1;arcconf 1;") {
@@ -141,6 +149,33 @@ TEST_F(SampleCollection, KnowsWhoseAControllerIsThoughARepeatedRunFails) {
   EXPECT_EQ(Tools(report), "kelvcmd 1;kelvcmd 2;arcconf 1;!hrconf 1");
   EXPECT_EQ(ReadMachine(report).controllers.back().battery.state.text, "Charging");
   EXPECT_EQ(runs_, 64 + 8 + 7 + 4 + 16 + 8 + 8 + 8);
+}
+
+TEST_F(SampleCollection, LosesTheManagersLogAloneWhenReadingItFails) {
+  standin::HostServices services = standin::Services();
+  services.file_exists = [](const std::string&) { return true; };
+  services.open_file = [](const std::string&) { return std::fopen("/dev/null", "r"); };
+  services.capture_file = [](const std::string&) -> std::string { throw std::bad_alloc(); };
+  const standin::ScopedServices in_force(services);
+  const auto unchanged = [](const auto&, const auto&) {};
+  const std::string why = " /usr/KelvMgr/KelvEvtA.log: reading it failed: std::bad_alloc";
+  const Report salvaged = Do(unchanged);
+  EXPECT_EQ(failures_, "log_unreadable" + why);
+  EXPECT_TRUE(salvaged.problems.empty());
+  EXPECT_EQ(Tools(salvaged), "kelvcmd 1;kelvcmd 2;hrconf 1;arcconf 1;");
+  EXPECT_EQ(runs_, 88);
+  Do(unchanged, Sharing::kOff);
+  EXPECT_EQ(failures_, "plugin_failed!" + why);
+}
+
+TEST_F(SampleCollection, KeepsWhatWasPublishedBeforeTheRepositoryWasFull) {
+  options_.max_instances = 300;
+  options_.passes = 3;
+  const Report report = Do([](const auto&, const auto&) {});
+  EXPECT_EQ(failures_,
+            "repository_full! class KVXSG_krProtocolControllerForPhysicalDisk: publishing it ended early: the "
+            "repository is full: it holds 300 instances");
+  EXPECT_EQ(report.repository.GetCommitted().size(), 300U);
 }
 
 TEST_F(SampleCollection, MissesLabelsThatHealthDependsOn) {

@@ -2,6 +2,7 @@
 // What needs no whole run stands in command_test and output_file_test.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -363,6 +364,40 @@ TEST_F(Inventory, AnswersAMonitoringSystemInOneLineWhateverHappens) {
   }
   EXPECT_EQ(Run("--bogus").status, 2);
   EXPECT_EQ(FilesMade(), std::set<std::string>());
+}
+
+TEST_F(Inventory, TakesMemoryInProportionToAnOutput) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer takes memory of its own";
+#endif
+  const auto most_used = [] {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;  // in KiB, of the largest process so far
+  };
+  // Nothing of it may become large here, as a child begins with the size of this process.
+  const auto show = [this](const char* view) {
+    const Outcome outcome =
+        Shell(std::string("COLUMNS=80 timeout 60 ") + kCommand + " " + view + " >/dev/null");
+    EXPECT_LT(outcome.status, 4) << outcome.err;
+  };
+  ReplaceRuns({});
+  show("--format json");
+  const long base = most_used();
+  constexpr std::size_t kSize = std::size_t{1} << 20;
+  for (const auto& [command, text] : {std::pair("getstatus 1 device", "\n"),
+                                      {"getstatus 1 device", " "},
+                                      {"getstatus 1 device", "x"},
+                                      {"getconfig 1 al", "\n"}}) {
+    std::string output = "Controller information\n";
+    output.resize(kSize, *text);
+    WriteFile(folder_ / "output", output + "\nPhysical device information\n");
+    ReplaceRuns({{command, "cat output"}});
+    for (const char* view : {"--verbose", "--format json", "--format mof", "KVXSG_krRawData"}) {
+      show(view);
+      ASSERT_LE(most_used(), base + 4 * static_cast<long>(kSize >> 10)) << command << view << text;
+    }
+  }
 }
 
 TEST_F(Inventory, ShowsProgressAndColoursWhereATerminalHasThem) {

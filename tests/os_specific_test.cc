@@ -1,10 +1,15 @@
 #include "hmz/os_specific.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <vector>
+
+#include "standin/host_services.h"
 
 namespace {
 
@@ -20,6 +25,63 @@ TEST(OsSpecific, CapturesWhatCanBeRead) {
   EXPECT_EQ(TOSSpecific::CaptureFile(folder), "");
   EXPECT_TRUE(TOSSpecific::FileExists(folder));
   EXPECT_FALSE(TOSSpecific::FileExists(folder / "file" / "below"));
+  std::filesystem::remove_all(folder);
+}
+
+/// Both services, which have to agree, and what they tell of a cut.
+std::string ReadTwice(const std::string& path, std::string& cut) {
+  standin::HostServices services = standin::Services();
+  services.file_cut = [&cut](const standin::FileCut& file) {
+    cut = std::to_string(file.read) + "/" + std::to_string(file.size);
+  };
+  const standin::ScopedServices in_force(services);
+  std::string captured = TOSSpecific::CaptureFile(path);
+  std::FILE* const file = NKVXHMZ20::OpenHostFile(path);
+  if (file == nullptr) return errno == ENOENT && captured.empty() ? "nothing" : "no ENOENT";
+  std::string text(captured.size() + 1, '\0');
+  text.resize(std::fread(text.data(), 1, text.size(), file));
+  std::fclose(file);
+  EXPECT_TRUE(text == captured);
+  return captured;
+}
+
+TEST(OsSpecific, ReadsTheNewestEndOfRegularFilesOnly) {
+  std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+  const std::filesystem::path folder = mkdtemp(pattern.data());
+  mkfifo((folder / "pipe").c_str(), 0600);
+  std::ofstream(folder / "file") << "text";
+  std::string cut;
+  for (const auto& [target, text] : {std::pair("/dev/zero", "nothing"),
+                                     {"pipe", "nothing"},
+                                     {"absent", "nothing"},
+                                     {".", "nothing"},
+                                     {"file", "text"}}) {
+    std::filesystem::remove(folder / "link");
+    std::filesystem::create_symlink(target, folder / "link");
+    EXPECT_EQ(ReadTwice(folder / "link", cut), text) << target;
+  }
+  const std::size_t most = standin::RegularFile::kMostRead;
+  const struct {
+    std::size_t size;
+    std::vector<std::size_t> line_ends;
+    std::size_t read;
+  } cases[] = {
+      {most, {5}, most},
+      {most + 10, {}, most},
+      {most + 10, {9}, most},  // a line begins where the window does
+      {most + 10, {10, 12}, most - 1},
+      {most + 10, {500'000, most}, most - 499'991},
+      {most + 10, {most + 9}, most},
+  };
+  for (const auto& c : cases) {
+    std::ofstream file(folder / "file", std::ios::binary);
+    for (const std::size_t end : c.line_ends) file.seekp(static_cast<std::streamoff>(end)) << '\n';
+    file.close();
+    std::filesystem::resize_file(folder / "file", c.size);
+    cut.clear();
+    EXPECT_EQ(ReadTwice(folder / "file", cut).size(), c.read);
+    EXPECT_EQ(cut, c.size == most ? "" : std::to_string(c.read) + "/" + std::to_string(c.size));
+  }
   std::filesystem::remove_all(folder);
 }
 

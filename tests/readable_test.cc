@@ -44,6 +44,19 @@ TEST(Readable, LetsNoControlReachATerminal) {
   }
 }
 
+TEST(Readable, TakesALargeTextAsOne) {
+  const std::string characters[] = {"\xf0\x9f\x98\x80", "\xe2\x94\x9c", "\xc3", "\xf0\x9f\x98",
+                                    "\x80"};
+  for (std::size_t before = 65530; before <= 65536; ++before) {
+    for (const std::string& character : characters) {
+      std::string odd;
+      for (int i = 0; i < 4; ++i) odd += character;
+      const std::string blank(before, ' ');
+      EXPECT_TRUE(ValidUtf8(blank + odd + "x") == blank + ValidUtf8(odd + "x")) << before << odd;
+    }
+  }
+}
+
 TEST(Readable, CountsColumnsAndThings) {
   EXPECT_EQ(ReadableLine("  a   b\t\n"), "  a   b");
   EXPECT_EQ(WidthOf("a\xc3\xbc\xe2\x94\x9c"), 3U);

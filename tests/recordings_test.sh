@@ -50,6 +50,12 @@ for mode in "" --check "--format json --runs all" "--format mof" "KVXSG_LogRecor
 done
 grep -q "^RAID manager, 18 entries" text || fail "the manager's log of the sample machine"
 
+# Of a log that was too large its newest end was kept, and the replay says so each time.
+cp -r "$source/demo" cut && sed -i 's,"KelvMgr/KelvEvtA.log",&\, "file_bytes": 70000000,' cut/recording.json
+replay "$folder/cut" --format json --record "$folder/again" >live
+grep -q '"only its newest 1 MiB of 67 MiB were read"' live || fail "a log that is not whole"
+cmp live <(replay "$folder/again" --format json) || fail "a log that is not whole, again"
+
 # Pseudonyms: the same shape everywhere, no secret anywhere, the same for the same key.
 echo "a key that nobody else is to know" >key
 "$command" --replay "$source/demo" --sanitize-key key --record "$folder/hidden" --format json >hidden.json
@@ -93,6 +99,7 @@ mv kraid k; ln -s k kraid|getconfig-al.txt: is a link, or below one
 ln -f ../pipe kraid/kelvcmd.d/1/getconfig-al.txt|getconfig-al.txt: is no regular file
 truncate -s 65M kraid/kelvcmd.d/1/getconfig-al.txt|is larger than 67108864 bytes
 truncate -s 17M recording.json|recording.json: is larger than 16777216 bytes
+sed -i 's,"KelvMgr/KelvEvtA.log",&\, "file_bytes": -1,' recording.json|files[0].file_bytes: is out of its range
 rm kraid/kelvcmd.d/1/getconfig-al.txt|runs[0].output: kraid/kelvcmd.d/1/getconfig-al.txt: No such file
 sed -i '0,/"exited"/s//"finished"/' recording.json|runs[0].end: is no way to end
 sed -i '0,/"exit_status": 0/s//"exit_status": "0"/' recording.json|runs[0].exit_status: is no whole number

@@ -119,6 +119,34 @@ TEST(Repository, ListsWhatTheSchemaDoesNotDeclare) {
   EXPECT_EQ(by_keys.GetUndeclared(), by_setting.GetUndeclared());
 }
 
+TEST(Repository, RefusesWhatGoesBeyondItsLimits) {
+  const TCIMReference path(nullptr, "X", {{"Key", TCIMValue(std::string(1000, 'x'))}});
+  const struct {
+    TCIMValue value;
+    standin::RepositoryLimits limits;
+    const char* why;
+  } cases[] = {
+      {"short", {3, 10'000}, "the repository is full: it holds 3 instances"},
+      {std::string(1000, 'x'), {9, 4000}, "the repository is full: its instances hold the 0 MiB t"},
+      {{TCIMValue::TCIMType(TCIMValue::kString), 1, {std::string(1000, 'x')}}, {9, 4000}, "the re"},
+      {path, {9, 4000}, "the re"},
+  };
+  for (const auto& c : cases) {
+    standin::Repository repository(c.limits);
+    const Instance instance = repository.GetClass(kRawData)->CreateInstance({{"Command", c.value}});
+    for (int i = 0; i < 3; ++i) instance->Commit({});
+    for (int i = 0; i < 2; ++i) {
+      try {
+        instance->Commit({});
+        ADD_FAILURE() << c.why;
+      } catch (const standin::RepositoryFull& full) {
+        EXPECT_TRUE(std::string(full.what()).starts_with(c.why)) << full.what();
+      }
+    }
+    EXPECT_EQ(repository.GetCommitted().size(), 3U);
+  }
+}
+
 TEST(Repository, ObjectsMayOutliveIt) {
   auto repository = std::make_unique<standin::Repository>();
   const Instance instance = repository->GetOrDeclareClass("Other")->CreateInstance({});

@@ -24,7 +24,7 @@ std::size_t PieceLength(std::string_view text) {
   constexpr std::size_t kMost = std::size_t{64} << 10;
   if (text.size() <= kMost) return text.size();
   // Behind three bytes that go on with a character, a fourth one cannot.
-  for (std::size_t end = kMost; end > kMost - 3; --end) {
+  for (std::size_t end = kMost; end >= kMost - 3; --end) {
     if ((text[end] & '\xC0') != '\x80') return end;
   }
   return kMost;
