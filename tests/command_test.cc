@@ -173,8 +173,8 @@ TEST_F(SampleCollection, KeepsWhatWasPublishedBeforeTheRepositoryWasFull) {
   options_.passes = 3;
   const Report report = Do([](const auto&, const auto&) {});
   EXPECT_EQ(failures_,
-            "repository_full! class KVXSG_krProtocolControllerForPhysicalDisk: publishing it ended early: the "
-            "repository is full: it holds 300 instances");
+            "repository_full! class KVXSG_krProtocolControllerForPhysicalDisk: publishing it ended "
+            "early: the repository is full: it holds 300 instances");
   EXPECT_EQ(report.repository.GetCommitted().size(), 300U);
 }
 

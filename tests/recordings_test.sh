@@ -52,9 +52,9 @@ grep -q "^RAID manager, 18 entries" text || fail "the manager's log of the sampl
 
 # Of a log that was too large its newest end was kept, and the replay says so each time.
 cp -r "$source/demo" cut && sed -i 's,"KelvMgr/KelvEvtA.log",&\, "file_bytes": 70000000,' cut/recording.json
-replay "$folder/cut" --format json --record "$folder/again" >live
+replay "$folder/cut" --format json --record "$folder/cut.again" >live
 grep -q '"only its newest 1 MiB of 67 MiB were read"' live || fail "a log that is not whole"
-cmp live <(replay "$folder/again" --format json) || fail "a log that is not whole, again"
+cmp live <(replay "$folder/cut.again" --format json) || fail "a log that is not whole, again"
 
 # Pseudonyms: the same shape everywhere, no secret anywhere, the same for the same key.
 echo "a key that nobody else is to know" >key

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -86,10 +87,11 @@ HostServices ReplayServices(const Recording& recording) {
     return text;
   };
   HostServices services = standin::RealServices();
-  // Whoever asks more often than was asked before is told the last time again.
-  services.get_local_time = [&recording, next = std::size_t{0}]() mutable {
+  // Whoever asks more often than was asked before is told the last time again. Copies of the
+  // services go on with the same clock.
+  services.get_local_time = [&recording, next = std::make_shared<std::size_t>(0)] {
     if (recording.clock.empty()) return recording.collected_at;
-    return recording.clock[std::min(next++, recording.clock.size() - 1)];
+    return recording.clock[std::min((*next)++, recording.clock.size() - 1)];
   };
   services.get_machine_name = [&recording] { return recording.host; };
   services.file_exists = [find](const std::string& path) { return find(path) != nullptr; };
