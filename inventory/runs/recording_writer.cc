@@ -33,11 +33,13 @@ constexpr std::size_t kLongestInline = 4096;
   throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
+/// Fit to be a part of a file's name: no path is made of what somebody else wrote.
 bool IsPlainWord(std::string_view word) {
+  constexpr std::size_t kLongest = 64;
   for (const char c : word) {
     if (std::isalnum(static_cast<unsigned char>(c)) == 0 && c != '_') return false;
   }
-  return !word.empty();
+  return !word.empty() && word.size() <= kLongest;
 }
 
 /// "kraid/kelvcmd.d/1/getconfig-al"; "runs/0007" where the arguments are not the usual three.
@@ -87,8 +89,12 @@ class FolderWriter {
     Json entry = {{"path", file.path}, {"file", nullptr}};
     if (file.text) {
       const fs::path path = file.path;
-      entry["file"] = Keep((path.parent_path().filename() / path.stem()).string(),
-                           path.extension().string(), *file.text);
+      const std::string stem = path.stem().string();
+      const std::string extension = path.extension().string();
+      const bool is_plain = IsPlainWord(stem) && !extension.empty() &&
+                            IsPlainWord(std::string_view(extension).substr(1));
+      entry["file"] = Keep(is_plain ? "KelvMgr/" + stem : "KelvMgr/file",
+                           is_plain ? extension : ".txt", *file.text);
       if (file.file_bytes > 0) entry["file_bytes"] = file.file_bytes;
     }
     return entry;
