@@ -1,6 +1,6 @@
 # Sourced by demo.sh and test.sh: installs what the named purposes need and is not there yet.
 #
-#   need PURPOSE...      build, test, check, package
+#   need PURPOSE...      build, test, check, fuzz, package
 #
 # On Debian and its relatives through apt-get (with sudo when not root); elsewhere it says what is
 # needed and goes on.
@@ -8,6 +8,7 @@
 packages_build="g++ cmake ninja-build libboost-dev libcli11-dev libsodium-dev nlohmann-json3-dev"
 packages_test="libgtest-dev jq python3-jsonschema"
 packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
+packages_fuzz="clang-14 libclang-rt-14-dev"
 packages_package="dpkg-dev file jq lintian man-db mandoc"
 
 need() {
