@@ -139,8 +139,9 @@ TEST_F(OutputFileTest, AndTheLogGoWhereNobodyElseLeadsThem) {
 
 TEST_F(OutputFileTest, GoesOnWhereADescriptorStands) {
   Do("echo before >file; mkfifo pipe; ln -s /dev/fd/77 link");
-  const Descriptor file(open((folder_ / "file").c_str(), O_RDWR | O_APPEND | O_CLOEXEC));
-  const Descriptor reader(open((folder_ / "pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  const standin::Descriptor file(open((folder_ / "file").c_str(), O_RDWR | O_APPEND | O_CLOEXEC));
+  const standin::Descriptor reader(
+      open((folder_ / "pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   for (const char* path : {"/dev/fd/77", "/proc/self/fd/../fd/77", "link", "pipe"}) {
     dup2(file.Get(), 77);  // as a shell has it, not to be closed by an exec
     OutputFile output(FindPlace(folder_ / path));
@@ -156,7 +157,7 @@ TEST_F(OutputFileTest, GoesOnWhereADescriptorStands) {
   char text[9] = "";
   EXPECT_EQ(read(reader.Get(), text, sizeof text - 1), 5);
   EXPECT_STREQ(text, "o3\tl\n");
-  Descriptor writer;
+  standin::Descriptor writer;
   EXPECT_EQ(OpenInPlace(FindPlace(folder_ / "pipe"), writer), "");
   EXPECT_EQ(fcntl(writer.Get(), F_GETFL) & O_NONBLOCK, 0);  // it waits for a slow reader
   dup2(reader.Get(), 77);

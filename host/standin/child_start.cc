@@ -8,6 +8,7 @@
 #include <spawn.h>
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 #include <string_view>
 
@@ -18,14 +19,14 @@ namespace {
 int OpenPipe(Descriptor& read_end, Descriptor& write_end) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
-  read_end.Reset(ends[0]);
-  write_end.Reset(ends[1]);
+  read_end = Descriptor(ends[0]);
+  write_end = Descriptor(ends[1]);
   for (Descriptor* end : {&read_end, &write_end}) {
     // A host without standard descriptors gets these numbers, which the child needs for its own.
     if (end->Get() > STDERR_FILENO) continue;
     const int moved = fcntl(end->Get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (moved < 0) return errno;
-    end->Reset(moved);
+    *end = Descriptor(moved);
   }
   // Of our end only: the child's end must block.
   return fcntl(read_end.Get(), F_SETFL, O_NONBLOCK) < 0 ? errno : 0;

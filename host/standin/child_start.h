@@ -2,32 +2,14 @@
 #define STANDIN_CHILD_START_H_
 
 #include <sys/types.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <string>
 #include <vector>
 
+#include "standin/descriptor.h"
+
 namespace standin {
-
-/// An open file of this process's own.
-class Descriptor {
- public:
-  Descriptor() = default;
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { Reset(); }
-
-  int Get() const { return fd_; }
-  bool IsOpen() const { return fd_ >= 0; }
-  void Reset(int fd = -1) {
-    if (IsOpen()) close(fd_);  // Never retried: Linux frees the descriptor even when interrupted.
-    fd_ = fd;
-  }
-
- private:
-  int fd_ = -1;
-};
 
 /// A child at its start.
 struct Child {

@@ -191,7 +191,7 @@ bool Run::Start(const std::vector<std::string>& arguments) {
     return false;
   }
   // Not permitted everywhere: AwaitEnd does without.
-  process_.Reset(pidfd_open(child_.pid, 0));
+  process_ = Descriptor(pidfd_open(child_.pid, 0));
   return true;
 }
 
@@ -288,7 +288,7 @@ std::size_t Run::Read(Descriptor& stream) {
   if (size < 0 && errno == EAGAIN) return 0;
   if (size < 0)
     Fail(ProcessEnd::kLost, "was stopped, as its output cannot be read: " + ErrorText(errno));
-  stream.Reset();
+  stream = Descriptor();
   return 0;
 }
 

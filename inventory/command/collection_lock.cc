@@ -15,6 +15,7 @@
 #include <thread>
 
 namespace fs = std::filesystem;
+using standin::Descriptor;
 using std::chrono::milliseconds;
 
 namespace {
@@ -34,18 +35,18 @@ std::string FileName(const fs::path& root) {
   return name;
 }
 
-/// Opens the file, or makes it; -1 with errno set. An existing one is never asked to be made: the
+/// Opens the file, or makes it; none with errno set. An existing one is never asked to be made: the
 /// kernel refuses that for somebody else's file in a folder for all.
-int OpenFile(const fs::path& file) {
+Descriptor OpenFile(const fs::path& file) {
   constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NOCTTY | O_NONBLOCK | O_CLOEXEC;
   for (int tries = 0; tries < 2; ++tries) {
-    int descriptor = open(file.c_str(), kFlags);
-    if (descriptor >= 0 || errno != ENOENT) return descriptor;
-    descriptor = open(file.c_str(), kFlags | O_CREAT | O_EXCL, 0644);
-    if (descriptor >= 0) fchmod(descriptor, 0644);  // others have to open it, whatever the umask
-    if (descriptor >= 0 || errno != EEXIST) return descriptor;
+    Descriptor found(open(file.c_str(), kFlags));
+    if (found.IsOpen() || errno != ENOENT) return found;
+    Descriptor made(open(file.c_str(), kFlags | O_CREAT | O_EXCL, 0644));
+    if (made.IsOpen()) fchmod(made.Get(), 0644);  // others have to open it, whatever the umask
+    if (made.IsOpen() || errno != EEXIST) return made;
   }
-  return -1;
+  return {};
 }
 
 /// Who holds a lock on the file, as the kernel lists it.
@@ -77,18 +78,17 @@ std::string FindHolder(int descriptor) {
 }  // namespace
 
 CollectionLock::~CollectionLock() {
-  if (descriptor_ < 0) return;
+  if (!opened_.IsOpen()) return;
   // Only the holder gets here with its file in place. Whoever waits for it finds it gone then, and
   // opens the next one.
-  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0 && IsInPlace()) unlink(file_.c_str());
-  close(descriptor_);
+  if (flock(opened_.Get(), LOCK_EX | LOCK_NB) == 0 && IsInPlace()) unlink(file_.c_str());
 }
 
 /// Whether the open file is the one that others find under its name.
 bool CollectionLock::IsInPlace() const {
   struct stat open_file {};
   struct stat named_file {};
-  return fstat(descriptor_, &open_file) == 0 && lstat(file_.c_str(), &named_file) == 0 &&
+  return fstat(opened_.Get(), &open_file) == 0 && lstat(file_.c_str(), &named_file) == 0 &&
          open_file.st_dev == named_file.st_dev && open_file.st_ino == named_file.st_ino;
 }
 
@@ -97,8 +97,8 @@ std::string CollectionLock::Open(const fs::path& root) {
   for (const char* folder : {"/run/lock", own}) {
     if (folder == nullptr || *folder == '\0') continue;
     file_ = fs::path(folder) / FileName(root);
-    descriptor_ = OpenFile(file_);
-    if (descriptor_ >= 0) return "";
+    opened_ = OpenFile(file_);
+    if (opened_.IsOpen()) return "";
   }
   return std::strerror(errno);
 }
@@ -109,10 +109,9 @@ std::string CollectionLock::Take(const fs::path& root, std::optional<millisecond
   std::string obstacle = Open(root);
   bool is_waiting = false;
   while (obstacle.empty()) {
-    if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0) {
+    if (flock(opened_.Get(), LOCK_EX | LOCK_NB) == 0) {
       if (IsInPlace()) return "";
-      close(descriptor_);
-      descriptor_ = -1;
+      opened_ = Descriptor();
       obstacle = Open(root);
       continue;
     }
@@ -120,12 +119,11 @@ std::string CollectionLock::Take(const fs::path& root, std::optional<millisecond
       obstacle = std::strerror(errno);
       break;
     }
-    const std::string holder = FindHolder(descriptor_);
+    const std::string holder = FindHolder(opened_.Get());
     if (!is_waiting) on_waiting(holder);
     is_waiting = true;
     if (limit && std::chrono::steady_clock::now() - start >= *limit) {
-      close(descriptor_);
-      descriptor_ = -1;
+      opened_ = Descriptor();
       return "another collection here, of " + holder + ", goes on: it was waited for in vain";
     }
     std::this_thread::sleep_for(kRetry);

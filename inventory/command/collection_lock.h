@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "standin/descriptor.h"
+
 /// Keeps two collections below one root from asking the same controllers at a time: holds an
 /// advisory lock (flock) on a file in /run/lock or, where that cannot be written to,
 /// XDG_RUNTIME_DIR, until the object ends and takes the file away.
@@ -29,7 +31,7 @@ class CollectionLock {
   bool IsInPlace() const;
 
   std::filesystem::path file_;
-  int descriptor_ = -1;
+  standin::Descriptor opened_;
 };
 
 #endif  // INVENTORY_COMMAND_COLLECTION_LOCK_H_

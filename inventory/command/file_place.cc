@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+using standin::Descriptor;
+
 namespace {
 
 constexpr int kMostLinks = 40;  // as the kernel has it
@@ -166,17 +168,6 @@ class Walk {
 };
 
 }  // namespace
-
-Descriptor::~Descriptor() {
-  if (number_ >= 0) close(number_);
-}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  std::swap(number_, other.number_);
-  return *this;
-}
-
-int Descriptor::Release() { return std::exchange(number_, -1); }
 
 FilePlace FindPlace(const std::filesystem::path& path) {
   return path.empty() ? FilePlace() : Walk(path.native()).Go();

@@ -6,33 +6,18 @@
 #include <filesystem>
 #include <string>
 
-/// A file descriptor that is closed with the object; -1 for none.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  ~Descriptor();
-  Descriptor(Descriptor&& other) noexcept : number_(other.Release()) {}
-  Descriptor& operator=(Descriptor&& other) noexcept;
-
-  bool IsOpen() const { return number_ >= 0; }
-  int Get() const { return number_; }
-  /// From now on the caller closes it.
-  int Release();
-
- private:
-  int number_;
-};
+#include "standin/descriptor.h"
 
 /// Where a path leads, found once: later changes of links on the way change nothing. It holds a
 /// name in a folder, and what has that name, which is no link; or one of the descriptors that this
 /// program was started with.
 struct FilePlace {
-  std::string error;       ///< Why it leads nowhere; "" when it does.
-  Descriptor folder;       ///< For `...at` calls only.
-  std::string name;        ///< In the folder.
-  int descriptor = -1;     ///< Of /dev/stdout and the like; else -1.
-  bool exists = false;     ///< Whether there is something; `status` describes it.
-  bool is_behind = false;  ///< It is what a link in /proc leads to, which is no path.
+  std::string error;           ///< Why it leads nowhere; "" when it does.
+  standin::Descriptor folder;  ///< For `...at` calls only.
+  std::string name;            ///< In the folder.
+  int descriptor = -1;         ///< Of /dev/stdout and the like; else -1.
+  bool exists = false;         ///< Whether there is something; `status` describes it.
+  bool is_behind = false;      ///< It is what a link in /proc leads to, which is no path.
   struct stat status {};
 
   /// Nothing was named.
@@ -56,6 +41,6 @@ bool IsInside(const FilePlace& place, const FilePlace& folder);
 
 /// Opens what is at the place for writing, or makes a file there; a regular file loses its content
 /// unless it came as a descriptor. Returns why it cannot, or "".
-std::string OpenInPlace(const FilePlace& place, Descriptor& opened);
+std::string OpenInPlace(const FilePlace& place, standin::Descriptor& opened);
 
 #endif  // INVENTORY_COMMAND_FILE_PLACE_H_

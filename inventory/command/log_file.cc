@@ -5,7 +5,7 @@
 
 LogFile::LogFile(const FilePlace& place) : error_(place.error) {
   if (place.IsNone() || !error_.empty()) return;
-  Descriptor opened;
+  standin::Descriptor opened;
   error_ = OpenInPlace(place, opened);
   if (!error_.empty()) return;
   file_.reset(fdopen(opened.Get(), "wb"));

@@ -57,11 +57,11 @@ OutputFile::OutputFile(FilePlace place) : place_(std::move(place)) {
   error_ = place_.error;
   if (!error_.empty()) return;
   is_replaced_ = place_.descriptor < 0 && (!place_.exists || S_ISREG(place_.status.st_mode));
-  Descriptor opened;
+  standin::Descriptor opened;
   if (!is_replaced_) {
     error_ = OpenInPlace(place_, opened);
   } else if (error_ = WhyNotReplaced(place_); error_.empty()) {
-    opened = Descriptor(unfinished_.Create(place_.folder.Get()));
+    opened = standin::Descriptor(unfinished_.Create(place_.folder.Get()));
     opened.IsOpen() ? TakeAfter(place_, opened.Get()) : Fail();
   }
   if (!error_.empty()) return;

@@ -12,6 +12,8 @@
 #include <ctime>
 #include <fstream>
 
+#include "standin/descriptor.h"
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -38,11 +40,11 @@ Children others;
 /// where the kernel has no such list. Async-signal-safe.
 void FindChildren(Children& found) {
   found.count = 0;
-  const int file = open("/proc/thread-self/children", O_RDONLY | O_CLOEXEC);
-  if (file < 0) return;
+  const standin::Descriptor file(open("/proc/thread-self/children", O_RDONLY | O_CLOEXEC));
+  if (!file.IsOpen()) return;
   char text[4096];
   pid_t pid = 0;
-  for (ssize_t size = 0; (size = read(file, text, sizeof text)) > 0;) {
+  for (ssize_t size = 0; (size = read(file.Get(), text, sizeof text)) > 0;) {
     for (ssize_t i = 0; i < size; ++i) {
       if (text[i] >= '0' && text[i] <= '9') {
         pid = pid * 10 + (text[i] - '0');
@@ -54,7 +56,6 @@ void FindChildren(Children& found) {
       pid = 0;
     }
   }
-  close(file);
 }
 
 void Sleep(milliseconds time) {

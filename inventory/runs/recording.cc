@@ -1,12 +1,13 @@
 #include "inventory/runs/recording.h"
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <utility>
+
+#include "standin/descriptor.h"
 
 namespace {
 
@@ -14,12 +15,10 @@ using standin::HostServices;
 
 /// A stream that reads the text, as one of a file would.
 std::FILE* OpenText(const std::string& text) {
-  const int descriptor = memfd_create("recorded", MFD_CLOEXEC);
-  std::FILE* const file = descriptor < 0 ? nullptr : fdopen(descriptor, "w+");
-  if (file == nullptr) {
-    if (descriptor >= 0) close(descriptor);
-    return nullptr;
-  }
+  standin::Descriptor memory(memfd_create("recorded", MFD_CLOEXEC));
+  std::FILE* const file = memory.IsOpen() ? fdopen(memory.Get(), "w+") : nullptr;
+  if (file == nullptr) return nullptr;
+  memory.Release();
   const bool is_written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
   if (is_written && std::fseek(file, 0, SEEK_SET) == 0) return file;
   std::fclose(file);

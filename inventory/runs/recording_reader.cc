@@ -15,34 +15,18 @@
 #include "inventory/base/json_view.h"
 #include "inventory/base/times.h"
 #include "inventory/runs/recording_index.h"
+#include "standin/descriptor.h"
 
 namespace {
 
+using standin::Descriptor;
 using std::chrono::milliseconds;
-
-/// Closed at the end of its life.
-class Descriptor {
- public:
-  explicit Descriptor(int value) : value_(value) {}
-  ~Descriptor() {
-    if (value_ >= 0) close(value_);
-  }
-  Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(value_, other.value_);
-    return *this;
-  }
-  int Get() const { return value_; }
-
- private:
-  int value_;
-};
 
 class FolderReader {
  public:
   explicit FolderReader(const std::filesystem::path& folder)
       : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    if (folder_.Get() < 0) throw std::runtime_error(std::strerror(errno));
+    if (!folder_.IsOpen()) throw std::runtime_error(std::strerror(errno));
   }
 
   /// A file of the folder, by its path there. Links are not followed.
@@ -83,7 +67,7 @@ class FolderReader {
       }
       const int kind = is_last ? O_NONBLOCK | O_NOCTTY : O_DIRECTORY;
       at = Descriptor(openat(at.Get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | kind));
-      if (at.Get() < 0) {
+      if (!at.IsOpen()) {
         const bool is_link = errno == ELOOP || (!is_last && errno == ENOTDIR);
         throw std::runtime_error(path + ": " +
                                  (is_link ? "is a link, or below one" : std::strerror(errno)));

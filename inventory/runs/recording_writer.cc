@@ -20,10 +20,12 @@
 #include "inventory/base/readable.h"
 #include "inventory/base/times.h"
 #include "inventory/runs/recording_index.h"
+#include "standin/descriptor.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using standin::Descriptor;
 using Json = nlohmann::ordered_json;
 
 /// A longer text of a run that failed has a file of its own.
@@ -149,19 +151,14 @@ class FolderWriter {
   void Store(const std::string& name, std::string_view text) {
     const fs::path path = folder_ / name;
     fs::create_directories(path.parent_path());
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0) Fail(path.string());
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.IsOpen()) Fail(path.string());
     while (!text.empty()) {
-      const ssize_t written = write(file, text.data(), text.size());
-      if (written < 0 && errno != EINTR) {
-        const int why = errno;
-        close(file);
-        errno = why;
-        Fail(path.string());
-      }
+      const ssize_t written = write(file.Get(), text.data(), text.size());
+      if (written < 0 && errno != EINTR) Fail(path.string());
       if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
     }
-    if (close(file) != 0) Fail(path.string());
+    if (close(file.Release()) != 0) Fail(path.string());
   }
 
   fs::path folder_;
@@ -247,12 +244,8 @@ void Switch(const fs::path& unfinished, const fs::path& place) {
 
 /// All of it is on the disk.
 void Flush(const fs::path& folder) {
-  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  const bool is_flushed = descriptor >= 0 && syncfs(descriptor) == 0;
-  const int why = errno;
-  if (descriptor >= 0) close(descriptor);
-  errno = why;
-  if (!is_flushed) Fail(folder.string());
+  const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!opened.IsOpen() || syncfs(opened.Get()) != 0) Fail(folder.string());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <utility>
 
 namespace fs = std::filesystem;
+using standin::Descriptor;
 
 namespace {
 
@@ -18,24 +19,6 @@ namespace {
 constexpr int kMostLinks = 40;
 constexpr int kMostInterpreters = 4;
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
-
-class OpenFile {
- public:
-  explicit OpenFile(int descriptor = -1) : descriptor_(descriptor) {}
-  OpenFile(OpenFile&& other) noexcept : descriptor_(other.Release()) {}
-  OpenFile& operator=(OpenFile&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-  }
-  ~OpenFile() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  int Get() const { return descriptor_; }
-  int Release() { return std::exchange(descriptor_, -1); }
-
- private:
-  int descriptor_;
-};
 
 std::string Quoted(const std::string& path) {
   std::string quoted = "'";
@@ -71,35 +54,35 @@ class Walk {
   explicit Walk(const fs::path& path) : program_(path) {}
 
   /// Where it ends, for reading; nothing, with errno set, when nothing can be opened there.
-  OpenFile Go() {
+  Descriptor Go() {
     Restart();
     for (const fs::path& name : program_) names_.push_back(name.string());
     while (!names_.empty()) {
       const std::string name = std::exchange(names_.front(), {});
       names_.pop_front();
       if (name.empty() || name == "/" || name == ".") continue;
-      OpenFile next(openat(at_.Get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+      Descriptor next(openat(at_.Get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
       struct stat status {};
-      if (next.Get() < 0 || fstat(next.Get(), &status) != 0) return OpenFile();
+      if (next.Get() < 0 || fstat(next.Get(), &status) != 0) return Descriptor();
       if (S_ISLNK(status.st_mode)) {
-        if (!Follow(next.Get())) return OpenFile();
+        if (!Follow(next.Get())) return Descriptor();
         continue;
       }
       place_ = name == ".." ? place_.parent_path() : place_ / name;
       Judge(status);
       if (!S_ISDIR(status.st_mode) && !names_.empty()) {
         errno = ENOTDIR;
-        return OpenFile();
+        return Descriptor();
       }
       if (!S_ISDIR(status.st_mode)) {
         // Nobody but root could swap it in between, where all above it was found in order.
-        return OpenFile(openat(at_.Get(), name.c_str(),
-                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        return Descriptor(openat(at_.Get(), name.c_str(),
+                                 O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
       }
       at_ = std::move(next);
     }
     errno = EISDIR;
-    return OpenFile();
+    return Descriptor();
   }
 
   const std::string& WhyNot() const { return why_not_; }
@@ -107,7 +90,7 @@ class Walk {
  private:
   void Restart() {
     place_ = "/";
-    at_ = OpenFile(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    at_ = Descriptor(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
     struct stat status {};
     if (fstat(at_.Get(), &status) == 0) Judge(status);
   }
@@ -134,7 +117,7 @@ class Walk {
   const fs::path program_;
   std::deque<std::string> names_;  // still to go
   fs::path place_;
-  OpenFile at_;
+  Descriptor at_;
   int links_ = 0;
   std::string why_not_;
 };
@@ -153,20 +136,21 @@ std::string InterpreterOf(int descriptor) {
 }
 
 /// Returns the file and why it cannot be trusted.
-std::pair<OpenFile, std::string> Look(const fs::path& path, int interpreters_left) {
+std::pair<Descriptor, std::string> Look(const fs::path& path, int interpreters_left) {
   std::error_code error;
   const fs::path here = path.is_absolute() ? fs::path() : fs::current_path(error);
-  if (error) return {OpenFile(), ""};  // In a folder that is gone there is no file.
+  if (error) return {Descriptor(), ""};  // In a folder that is gone there is no file.
   Walk walk(here / path);
-  OpenFile file = walk.Go();
+  Descriptor file = walk.Go();
   // What is not there is not run either.
-  if (file.Get() < 0) return {OpenFile(), errno == ENOENT || errno == ENOTDIR ? "" : walk.WhyNot()};
-  if (!walk.WhyNot().empty()) return {OpenFile(), walk.WhyNot()};
+  if (!file.IsOpen())
+    return {Descriptor(), errno == ENOENT || errno == ENOTDIR ? "" : walk.WhyNot()};
+  if (!walk.WhyNot().empty()) return {Descriptor(), walk.WhyNot()};
   const std::string interpreter = InterpreterOf(file.Get());
   if (interpreter.empty()) return {std::move(file), ""};
-  if (interpreters_left == 0) return {OpenFile(), ""};  // too many for the kernel as well
+  if (interpreters_left == 0) return {Descriptor(), ""};  // too many for the kernel as well
   auto [ignored, why] = Look(interpreter, interpreters_left - 1);
-  return {OpenFile(), why.empty() ? "" : "its interpreter: " + why};
+  return {Descriptor(), why.empty() ? "" : "its interpreter: " + why};
 }
 
 }  // namespace
@@ -174,9 +158,5 @@ std::pair<OpenFile, std::string> Look(const fs::path& path, int interpreters_lef
 TrustedFile::TrustedFile(const fs::path& path) {
   auto [file, why] = Look(path, kMostInterpreters);
   why_not_ = std::move(why);
-  descriptor_ = file.Release();
-}
-
-TrustedFile::~TrustedFile() {
-  if (descriptor_ >= 0) close(descriptor_);
+  opened_ = std::move(file);
 }

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "standin/descriptor.h"
+
 /// A file that is about to be executed or loaded with root's rights: whether only root could have
 /// put it where it is. That is so when it and every folder above it, up to "/", belong to root and
 /// can be written to by nobody else; a sticky folder for all is not good enough. Links are followed
@@ -12,9 +14,6 @@ class TrustedFile {
  public:
   /// A relative path is one of the working folder.
   explicit TrustedFile(const std::filesystem::path& path);
-  ~TrustedFile();
-  TrustedFile(const TrustedFile&) = delete;
-  TrustedFile& operator=(const TrustedFile&) = delete;
 
   /// "" when the file can be trusted, or when nothing is at the path. Otherwise what is wrong, for
   /// a person: the first folder from the root on that is to blame, and the command that mends it.
@@ -22,11 +21,11 @@ class TrustedFile {
 
   /// The file that was looked at, open; it belongs to this object. -1 when there is none, and for a
   /// script: its interpreter reads the path again, whatever was opened here.
-  int GetDescriptor() const { return descriptor_; }
+  int GetDescriptor() const { return opened_.Get(); }
 
  private:
   std::string why_not_;
-  int descriptor_ = -1;
+  standin::Descriptor opened_;
 };
 
 #endif  // INVENTORY_RUNS_TRUST_H_
