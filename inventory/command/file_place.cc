@@ -6,17 +6,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstring>
-#include <string_view>
-#include <utility>
-#include <vector>
+
+#include "inventory/runs/path_walk.h"
 
 using standin::Descriptor;
 
 namespace {
-
-constexpr int kMostLinks = 40;  // as the kernel has it
 
 std::string Why() { return std::strerror(errno); }
 
@@ -41,26 +37,6 @@ bool IsOfSomebodyElse(const struct stat& status) {
   return status.st_uid != 0 && status.st_uid != geteuid();
 }
 
-/// A folder is asked for first: only then does the kernel mount what is mounted on demand.
-Descriptor Step(int folder, const std::string& name) {
-  constexpr int kFlags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
-  const int entered = openat(folder, name.c_str(), kFlags | O_DIRECTORY);
-  if (entered >= 0 || (errno != ENOTDIR && errno != ELOOP)) return Descriptor(entered);
-  return Descriptor(openat(folder, name.c_str(), kFlags));
-}
-
-/// Puts the parts of a path on the way ahead, whose next part is its last element.
-void Prepend(std::string_view path, std::vector<std::string>& ahead) {
-  // A slash at the end asks for a folder.
-  if (path.ends_with('/')) ahead.emplace_back(".");
-  while (!path.empty()) {
-    const auto slash = path.rfind('/');
-    const std::string_view part = path.substr(slash + 1);  // all of it when there is no slash
-    if (!part.empty()) ahead.emplace_back(part);
-    path = path.substr(0, slash == std::string_view::npos ? 0 : slash);
-  }
-}
-
 bool IsInProc(int folder) {
   struct statfs system {};
   return fstatfs(folder, &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
@@ -72,105 +48,54 @@ bool HoldsOwnDescriptors(int folder) {
 }
 
 /// Takes the descriptor as the place. Only those that the caller of this program opened are meant;
-/// its own would not have come through an exec.
-void TakeDescriptor(FilePlace& place) {
-  const int number = std::stoi(place.name);
-  const int flags = fcntl(number, F_GETFL);
-  if (flags < 0 || fcntl(number, F_GETFD) != 0 || (flags & O_ACCMODE) == O_RDONLY ||
-      fstat(number, &place.status) != 0) {
-    place.error = std::strerror(EBADF);
-  }
-  place.descriptor = number;
+/// its own would not have come through an exec. Returns why it cannot be written to, or "".
+std::string TakeDescriptor(const std::string& name, FilePlace& place) {
+  place.descriptor = std::stoi(name);
   place.exists = true;
+  const int flags = fcntl(place.descriptor, F_GETFL);
+  const bool is_given = flags >= 0 && fcntl(place.descriptor, F_GETFD) == 0 &&
+                        (flags & O_ACCMODE) != O_RDONLY &&
+                        fstat(place.descriptor, &place.status) == 0;
+  return is_given ? "" : std::strerror(EBADF);
 }
 
-/// What a link says; "" with errno set when it cannot be read.
-std::string ReadLink(int link) {
-  char text[PATH_MAX];
-  const ssize_t size = readlinkat(link, "", text, sizeof text);
-  return {text, size < 0 ? 0 : static_cast<std::size_t>(size)};
+/// Goes to the end of the way. Returns why it leads nowhere, or "".
+std::string Find(PathWalk& walk, FilePlace& place) {
+  while (walk.IsAhead()) {
+    place.is_behind = false;
+    if (!walk.Step()) return errno == ENOENT && !walk.IsAhead() ? "" : Why();
+    const int folder = walk.GetFolder().Get();
+    const bool is_link = walk.IsAtLink();
+    if (IsOfSomebodyElse(walk.GetStatus()) && (is_link || !walk.IsAhead()) && IsForAll(folder)) {
+      const std::string why = "somebody else's, in a folder for all";
+      return (is_link ? "the link " + walk.GetName() + " is " : "it is ") + why;
+    }
+    if (!is_link) continue;
+    if (!IsInProc(folder)) {
+      if (!walk.Follow()) return Why();
+      continue;
+    }
+    if (!walk.IsAhead() && HoldsOwnDescriptors(folder))
+      return TakeDescriptor(walk.GetName(), place);
+    if (!walk.GoBehind()) return Why();
+    place.is_behind = true;
+  }
+  place.exists = true;
+  place.status = walk.GetStatus();
+  const bool is_elsewhere = place.is_behind && S_ISREG(place.status.st_mode);
+  return is_elsewhere ? "it is an open file of another process" : "";
 }
-
-/// On the way of a path.
-class Walk {
- public:
-  explicit Walk(const std::string& path) { Turn(path); }
-
-  FilePlace Go() {
-    while (GoOn()) {
-    }
-    return std::move(place_);
-  }
-
- private:
-  bool End(std::string why = "") {
-    place_.error = std::move(why);
-    return false;
-  }
-
-  /// Goes on with this path, which is relative to the folder that was reached.
-  void Turn(const std::string& path) {
-    Prepend(path, ahead_);
-    if (path.starts_with('/')) {
-      place_.folder = Descriptor(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    } else if (!place_.folder.IsOpen()) {
-      place_.folder = Descriptor(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    }
-  }
-
-  /// Returns whether the way goes on.
-  bool GoOn() {
-    if (!place_.folder.IsOpen()) return End(Why());
-    place_.name = std::move(ahead_.back());
-    ahead_.pop_back();
-    Descriptor here = Step(place_.folder.Get(), place_.name);
-    if (!here.IsOpen()) return End(errno == ENOENT && ahead_.empty() ? "" : Why());
-    if (fstat(here.Get(), &place_.status) != 0) return End(Why());
-    const bool is_link = S_ISLNK(place_.status.st_mode);
-    if (IsOfSomebodyElse(place_.status) && (is_link || ahead_.empty()) &&
-        IsForAll(place_.folder.Get())) {
-      return End(is_link ? "the link " + place_.name + " is somebody else's, in a folder for all"
-                         : "it is somebody else's, in a folder for all");
-    }
-    if (is_link && !IsInProc(place_.folder.Get())) return Follow(here.Get());
-    if (is_link) {
-      if (ahead_.empty() && HoldsOwnDescriptors(place_.folder.Get())) {
-        TakeDescriptor(place_);
-        return false;
-      }
-      // What the kernel's own links say is not always a path.
-      here = Descriptor(openat(place_.folder.Get(), place_.name.c_str(), O_PATH | O_CLOEXEC));
-      if (!here.IsOpen() || fstat(here.Get(), &place_.status) != 0) return End(Why());
-      place_.is_behind = true;
-    }
-    if (ahead_.empty()) {
-      place_.exists = true;
-      const bool is_elsewhere = place_.is_behind && S_ISREG(place_.status.st_mode);
-      return End(is_elsewhere ? "it is an open file of another process" : "");
-    }
-    if (!S_ISDIR(place_.status.st_mode)) return End(std::strerror(ENOTDIR));
-    place_.folder = std::move(here);
-    place_.is_behind = false;
-    return true;
-  }
-
-  bool Follow(int link) {
-    const std::string path = ReadLink(link);
-    if (path.empty()) return End(Why());
-    if (++links_ > kMostLinks) return End(std::strerror(ELOOP));
-    Turn(path);
-    return true;
-  }
-
-  FilePlace place_;
-  std::vector<std::string> ahead_;
-  int links_ = 0;
-};
 
 }  // namespace
 
 FilePlace FindPlace(const std::filesystem::path& path) {
-  return path.empty() ? FilePlace() : Walk(path.native()).Go();
+  FilePlace place;
+  if (path.empty()) return place;
+  PathWalk walk(path.native());
+  place.error = Find(walk, place);
+  place.folder = walk.TakeFolder();
+  place.name = walk.GetName();
+  return place;
 }
 
 std::filesystem::path PathOf(const FilePlace& place) {
@@ -197,7 +122,7 @@ bool IsInside(const FilePlace& place, const FilePlace& folder) {
   while (below.IsOpen()) {
     struct stat status {};
     if (fstat(below.Get(), &status) == 0 && AreSame(status, folder.status)) return true;
-    Descriptor above = Step(below.Get(), "..");
+    Descriptor above(openat(below.Get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (IsSameFolder(below.Get(), above.Get())) break;  // the root's
     below = std::move(above);
   }

@@ -6,17 +6,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <deque>
+#include <tuple>
 #include <utility>
+
+#include "inventory/runs/path_walk.h"
 
 namespace fs = std::filesystem;
 using standin::Descriptor;
 
 namespace {
 
-/// As many as the kernel follows.
-constexpr int kMostLinks = 40;
 constexpr int kMostInterpreters = 4;
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
 
@@ -48,79 +47,32 @@ std::string Describe(const struct stat& status, const fs::path& place, const fs:
   return name + why + "; mend it with: " + command;
 }
 
-/// A walk along a path from the root on, one name at a time, as the kernel goes it.
-class Walk {
- public:
-  explicit Walk(const fs::path& path) : program_(path) {}
-
-  /// Where it ends, for reading; nothing, with errno set, when nothing can be opened there.
-  Descriptor Go() {
-    Restart();
-    for (const fs::path& name : program_) names_.push_back(name.string());
-    while (!names_.empty()) {
-      const std::string name = std::exchange(names_.front(), {});
-      names_.pop_front();
-      if (name.empty() || name == "/" || name == ".") continue;
-      Descriptor next(openat(at_.Get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-      struct stat status {};
-      if (next.Get() < 0 || fstat(next.Get(), &status) != 0) return Descriptor();
-      if (S_ISLNK(status.st_mode)) {
-        if (!Follow(next.Get())) return Descriptor();
-        continue;
-      }
-      place_ = name == ".." ? place_.parent_path() : place_ / name;
-      Judge(status);
-      if (!S_ISDIR(status.st_mode) && !names_.empty()) {
-        errno = ENOTDIR;
-        return Descriptor();
-      }
-      if (!S_ISDIR(status.st_mode)) {
-        // Nobody but root could swap it in between, where all above it was found in order.
-        return Descriptor(openat(at_.Get(), name.c_str(),
-                                 O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-      }
-      at_ = std::move(next);
+/// Opens the file for reading; nothing, with errno set, when nothing can be opened there. `why_not`
+/// says what is wrong with the first on the way that is to blame.
+Descriptor OpenJudged(const fs::path& program, std::string& why_not) {
+  PathWalk walk(program.native());
+  fs::path place;
+  while (walk.IsAhead()) {
+    if (!walk.Step()) return {};
+    if (walk.IsAtLink()) {
+      if (!walk.Follow()) return {};
+      continue;
     }
+    if (walk.GetName() == "..") {
+      place = place.parent_path();
+    } else if (walk.GetName() != ".") {
+      place /= walk.GetName();
+    }
+    if (why_not.empty()) why_not = Describe(walk.GetStatus(), place, program);
+  }
+  if (S_ISDIR(walk.GetStatus().st_mode)) {
     errno = EISDIR;
-    return Descriptor();
+    return {};
   }
-
-  const std::string& WhyNot() const { return why_not_; }
-
- private:
-  void Restart() {
-    place_ = "/";
-    at_ = Descriptor(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    struct stat status {};
-    if (fstat(at_.Get(), &status) == 0) Judge(status);
-  }
-
-  bool Follow(int link) {
-    char target[PATH_MAX];
-    const ssize_t size = readlinkat(link, "", target, sizeof target);
-    if (size <= 0 || ++links_ > kMostLinks) {
-      errno = ELOOP;
-      return false;
-    }
-    const fs::path path(std::string(target, static_cast<std::size_t>(size)));
-    if (path.is_absolute()) Restart();
-    std::deque<std::string> names;
-    for (const fs::path& name : path) names.push_back(name.string());
-    names_.insert(names_.begin(), names.begin(), names.end());
-    return true;
-  }
-
-  void Judge(const struct stat& status) {
-    if (why_not_.empty()) why_not_ = Describe(status, place_, program_);
-  }
-
-  const fs::path program_;
-  std::deque<std::string> names_;  // still to go
-  fs::path place_;
-  Descriptor at_;
-  int links_ = 0;
-  std::string why_not_;
-};
+  // Nobody but root could swap it in between, where all above it was found in order.
+  return Descriptor(openat(walk.GetFolder().Get(), walk.GetName().c_str(),
+                           O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
 
 /// The path behind "#!"; "" of what is no script.
 std::string InterpreterOf(int descriptor) {
@@ -139,24 +91,21 @@ std::string InterpreterOf(int descriptor) {
 std::pair<Descriptor, std::string> Look(const fs::path& path, int interpreters_left) {
   std::error_code error;
   const fs::path here = path.is_absolute() ? fs::path() : fs::current_path(error);
-  if (error) return {Descriptor(), ""};  // In a folder that is gone there is no file.
-  Walk walk(here / path);
-  Descriptor file = walk.Go();
+  if (error) return {};  // In a folder that is gone there is no file.
+  std::string why;
+  Descriptor file = OpenJudged(here / path, why);
   // What is not there is not run either.
-  if (!file.IsOpen())
-    return {Descriptor(), errno == ENOENT || errno == ENOTDIR ? "" : walk.WhyNot()};
-  if (!walk.WhyNot().empty()) return {Descriptor(), walk.WhyNot()};
+  if (!file.IsOpen() && (errno == ENOENT || errno == ENOTDIR)) return {};
+  if (!file.IsOpen() || !why.empty()) return {Descriptor(), why};
   const std::string interpreter = InterpreterOf(file.Get());
   if (interpreter.empty()) return {std::move(file), ""};
-  if (interpreters_left == 0) return {Descriptor(), ""};  // too many for the kernel as well
-  auto [ignored, why] = Look(interpreter, interpreters_left - 1);
+  if (interpreters_left == 0) return {};  // too many for the kernel as well
+  why = Look(interpreter, interpreters_left - 1).second;
   return {Descriptor(), why.empty() ? "" : "its interpreter: " + why};
 }
 
 }  // namespace
 
 TrustedFile::TrustedFile(const fs::path& path) {
-  auto [file, why] = Look(path, kMostInterpreters);
-  why_not_ = std::move(why);
-  opened_ = std::move(file);
+  std::tie(opened_, why_not_) = Look(path, kMostInterpreters);
 }

@@ -1,0 +1,51 @@
+#ifndef INVENTORY_RUNS_PATH_WALK_H_
+#define INVENTORY_RUNS_PATH_WALK_H_
+
+#include <sys/stat.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "standin/descriptor.h"
+
+/// The way along a path, one name at a time, as the kernel goes it. It holds on to what it has
+/// reached, whatever is renamed or linked anew behind it; and at each link it is the walker's turn
+/// to say how to go on. What fails returns false, with errno set.
+class PathWalk {
+ public:
+  /// A relative path begins in the working folder.
+  explicit PathWalk(std::string_view path);
+
+  /// Whether there are more names to go; there are when it begins.
+  bool IsAhead() const { return !ahead_.empty(); }
+  /// Goes to the next name, but not on from a link.
+  bool Step();
+  /// At a link: the way goes on as it says.
+  bool Follow();
+  /// At a link: goes where the kernel goes, which those in /proc do not always say.
+  bool GoBehind();
+
+  /// Of the last step, or of the one that failed: its name, which can be "/", "." or "..", and the
+  /// folder in which it was looked for, for `...at` calls only.
+  const std::string& GetName() const { return name_; }
+  const standin::Descriptor& GetFolder() const { return folder_; }
+  standin::Descriptor TakeFolder() { return std::move(folder_); }
+  /// What was reached.
+  const struct stat& GetStatus() const { return status_; }
+  bool IsAtLink() const { return S_ISLNK(status_.st_mode); }
+
+ private:
+  void Prepend(std::string_view path);
+  bool Reach(int flags);
+
+  std::vector<std::string> ahead_;  // the next one is the last
+  standin::Descriptor folder_;
+  std::string name_;
+  standin::Descriptor here_;
+  struct stat status_ {};
+  int links_ = 0;
+};
+
+#endif  // INVENTORY_RUNS_PATH_WALK_H_
