@@ -150,6 +150,13 @@ RunRecord ToolRuns::Start(const std::string& program, const std::vector<std::str
   std::optional<TrustedFile> file;
   if (!bounds_.trusts_tools) {
     file.emplace(program);
+    if (!file->WhyNot().empty() && file->IsAbsent()) {
+      // Not even tried, as somebody could put it there now.
+      record.end = RunEnd::kNotStarted;
+      record.reason = "cannot be started: No such file or directory";
+      record.is_tool_absent = true;
+      return record;
+    }
     if (!file->WhyNot().empty()) {
       record.end = RunEnd::kUntrusted;
       record.reason =

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <tuple>
 #include <utility>
 
@@ -88,24 +89,30 @@ std::string InterpreterOf(int descriptor) {
 }
 
 /// Returns the file and why it cannot be trusted.
-std::pair<Descriptor, std::string> Look(const fs::path& path, int interpreters_left) {
+std::pair<Descriptor, std::string> Look(const fs::path& path, int interpreters_left,
+                                        bool& is_absent) {
   std::error_code error;
   const fs::path here = path.is_absolute() ? fs::path() : fs::current_path(error);
   if (error) return {};  // In a folder that is gone there is no file.
   std::string why;
   Descriptor file = OpenJudged(here / path, why);
-  // What is not there is not run either.
-  if (!file.IsOpen() && (errno == ENOENT || errno == ENOTDIR)) return {};
-  if (!file.IsOpen() || !why.empty()) return {Descriptor(), why};
+  if (!file.IsOpen()) {
+    is_absent = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+    // What cannot be looked at is not trusted. Nor is a place where something may appear.
+    if (!is_absent && why.empty()) why = path.string() + " cannot be opened: " + strerror(errno);
+    return {Descriptor(), why};
+  }
+  if (!why.empty()) return {Descriptor(), why};
   const std::string interpreter = InterpreterOf(file.Get());
   if (interpreter.empty()) return {std::move(file), ""};
   if (interpreters_left == 0) return {};  // too many for the kernel as well
-  why = Look(interpreter, interpreters_left - 1).second;
+  bool ignored = false;
+  why = Look(interpreter, interpreters_left - 1, ignored).second;
   return {Descriptor(), why.empty() ? "" : "its interpreter: " + why};
 }
 
 }  // namespace
 
 TrustedFile::TrustedFile(const fs::path& path) {
-  std::tie(opened_, why_not_) = Look(path, kMostInterpreters);
+  std::tie(opened_, why_not_) = Look(path, kMostInterpreters, is_absent_);
 }

@@ -15,9 +15,13 @@ class TrustedFile {
   /// A relative path is one of the working folder.
   explicit TrustedFile(const std::filesystem::path& path);
 
-  /// "" when the file can be trusted, or when nothing is at the path. Otherwise what is wrong, for
-  /// a person: the first folder from the root on that is to blame, and the command that mends it.
+  /// "" when only root could have put a file there, whether there is one or not. Otherwise what is
+  /// wrong, for a person: the first folder from the root on that is to blame, and the command that
+  /// mends it.
   const std::string& WhyNot() const { return why_not_; }
+
+  /// Whether nothing was at the path.
+  bool IsAbsent() const { return is_absent_; }
 
   /// The file that was looked at, open; it belongs to this object. -1 when there is none, and for a
   /// script: its interpreter reads the path again, whatever was opened here.
@@ -25,6 +29,7 @@ class TrustedFile {
 
  private:
   std::string why_not_;
+  bool is_absent_ = false;
   standin::Descriptor opened_;
 };
 
