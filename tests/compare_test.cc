@@ -29,6 +29,9 @@ struct Side {
     if (problem.tool == "-") {
       problem.tool.clear();
       problem.kind = ProblemKind::kPluginFailed;
+    } else if (problem.tool == "log") {
+      problem.tool.clear();
+      problem.kind = ProblemKind::kLogCut;
     }
     problems.push_back(problem);
   }

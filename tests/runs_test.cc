@@ -15,6 +15,7 @@
 #include "inventory/runs/tool_runs.h"
 #include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
+#include "standin/host_services.h"
 
 namespace {
 
@@ -374,6 +375,32 @@ std::string ShapeOf(std::string text) {
     if (c >= 'A' && c <= 'Z') c = 'A';
   }
   return text;
+}
+
+TEST(Recorder, KeepsThatOfAFileOnlyTheEndWasRead) {
+  Recorder recorder;
+  std::string told;
+  standin::HostServices host = standin::Services();
+  host.capture_file = [](const std::string& path) {
+    standin::Services().file_cut({path, 3, 9});
+    return "end";
+  };
+  host.open_file = [](const std::string&) { return std::fopen("/dev/null", "r"); };
+  host.file_cut = [&told](const standin::FileCut& cut) { told += DescribeCut(cut).why + ";"; };
+  const standin::ScopedServices real(host);
+  {
+    const standin::ScopedServices watched(recorder.Watch(host));
+    EXPECT_EQ(standin::Services().capture_file("/log"), "end");
+  }
+  Recording recording;
+  recording.files = recorder.GetFiles();
+  const standin::HostServices replayed = ReplayServices(recording);
+  EXPECT_EQ(replayed.capture_file("/log"), "end");
+  std::fclose(replayed.open_file("/log"));
+  EXPECT_EQ(replayed.capture_file("/other"), "");
+  const std::string why = "only its newest 1 MiB of 1 MiB were read;";
+  EXPECT_EQ(told, why + why + why);
+  EXPECT_EQ(recording.files[0].file_bytes, 9U);
 }
 
 TEST(Pseudonyms, ArePermutationsOfTextsThatLookAlike) {

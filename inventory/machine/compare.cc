@@ -301,8 +301,8 @@ void Comparer::AddGoneController(std::size_t before) {
 
 void Comparer::CompareManagerLogs() {
   PartScope scope;
-  scope.may_lack_before = unseen_before_.MayLackAll();
-  scope.may_lack_now = unseen_now_.MayLackAll();
+  scope.may_lack_before = unseen_before_.MayLackManagerLog();
+  scope.may_lack_now = unseen_now_.MayLackManagerLog();
   auto change = CompareLog("manager_log", "RAID manager's log", earlier_.manager_log.count,
                            now_.manager_log.count, scope);
   if (change) comparison_.changes.push_back(std::move(*change));

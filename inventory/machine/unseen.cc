@@ -2,17 +2,19 @@
 
 namespace {
 
-/// Whether it may be parts of the machine that were not collected.
-bool IsOfMachine(ProblemKind kind) {
-  return kind != ProblemKind::kUnknownClass && kind != ProblemKind::kLogCut &&
-         kind != ProblemKind::kLogUnreadable;
+bool IsOfManagerLog(ProblemKind kind) {
+  return kind == ProblemKind::kLogCut || kind == ProblemKind::kLogUnreadable;
 }
 
 }  // namespace
 
 Unseen::Unseen(const Machine& machine, const std::vector<Problem>& problems) {
   for (const Problem& problem : problems) {
-    if (!IsLoss(problem) || !IsOfMachine(problem.kind)) continue;
+    if (!IsLoss(problem) || problem.kind == ProblemKind::kUnknownClass) continue;
+    if (IsOfManagerLog(problem.kind)) {
+      lacks_log_ = true;
+      continue;
+    }
     lacking_.Add(problem);
     if (problem.is_blind || problem.kind == ProblemKind::kPluginFailed) hidden_.Add(problem);
   }

@@ -19,8 +19,9 @@ class Unseen {
   bool MayHide(const Controller& controller) const { return hidden_.Has(controller.tool); }
   /// Whether any value of it or its parts, or entries of its logs, may have.
   bool MayLack(const Controller& controller) const { return lacking_.Has(controller.tool); }
-  /// Whether the collection as a whole came to no good end.
-  bool MayLackAll() const { return lacking_.all; }
+  /// Whether entries of the manager's log may have: it was not read whole, or the collection as a
+  /// whole came to no good end.
+  bool MayLackManagerLog() const { return lacking_.all || lacks_log_; }
 
  private:
   struct Scope {
@@ -35,6 +36,7 @@ class Unseen {
 
   Scope hidden_;
   Scope lacking_;
+  bool lacks_log_ = false;
 };
 
 #endif  // INVENTORY_MACHINE_UNSEEN_H_
