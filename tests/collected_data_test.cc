@@ -59,17 +59,19 @@ TEST(CollectedData, ThrowsOutsideTheOutputAndKeepsTheStep) {
 }
 
 TEST(CollectedData, StepsBackFromWhereverItStands) {
-  C cursor(nullptr, "0\n\n2\nlost");
-  for (int i = 0; i < 2; ++i) cursor.GetNextLine();
-  for (int i = 0; i < 2; ++i) EXPECT_THROW(cursor.GetNextLine(), std::out_of_range);
-  for (int i = 0; i < 2; ++i) cursor.decrementLinePtr();  // from the second one behind the end
-  EXPECT_EQ(cursor.GetCurrentLine(), "2\n");
-  cursor.decrementLinePtr();
-  EXPECT_EQ(cursor.GetCurrentLine(), "\n");
-  cursor.decrementLinePtr();
-  EXPECT_EQ(cursor.GetCurrentLine(), "0\n");
+  C cursor(nullptr, "\n1\n2\nlost");
+  for (const char* label : {"", "1"}) {
+    EXPECT_EQ(cursor.FindLine(label), std::string(label) + "\n");
+    while (cursor.GetCurrentLine() != "2\n") cursor.GetNextLine();
+    for (int i = 0; i < 2; ++i) EXPECT_THROW(cursor.GetNextLine(), std::out_of_range);
+  }
+  cursor.decrementLinePtr();  // from the second one behind the end
+  for (const char* line : {"2\n", "1\n", "\n"}) {
+    cursor.decrementLinePtr();
+    EXPECT_EQ(cursor.GetCurrentLine(), line);
+  }
   const std::pair<const char*, const char*> cases[] = {
-      {"2\n", "2\n"}, {"\n", "0\n"}, {"", "0\n"}, {"\n\n", ""}, {"0\n\n2", ""}, {"lost", ""}};
+      {"2\n", "2\n"}, {"\n", "\n"}, {"", "\n"}, {"1\n\n", ""}, {"\n1\n2", ""}, {"lost", ""}};
   for (const auto& [label, line] : cases) EXPECT_EQ(cursor.FindLine(label), line) << label;
   EXPECT_EQ(C(nullptr, "no line").FindLine(""), "");
 }

@@ -237,6 +237,8 @@ TEST(Collection, TellsWhatThrewAndWhere) {
       {{"int", "B", "C"}, 1, "1 0 +BC-.", "class C: publishing it failed: an unknown exception"},
       {{"lines", "B"}, 2, "2 1 +BB-.", "class B: publishing it failed: two\nlines"},
       {{"run lines"}, 1, "1 0 +-.", "/bin/echo 1 al: the collection failed during this run or af"},
+      {{"read run lines"}, 1, "1 0 +-.", "/bin/echo 1 al: the collection failed during this run "},
+      {{"read lines"}, 1, "1 0 +-.", "/log: reading it failed: two\nlines"},
       {{"run vector"}, 1, "1 0 +-.", "/bin/echo 1 al: its output ends too early: lines that have"},
       {{"run short"}, 1, "1 0 +-.", "/bin/echo 1 al: its output holds a line that is too short t"},
       {{}, 1, "0 0 ", "plug-in /dev/null: cannot be loaded: "},

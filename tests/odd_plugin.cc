@@ -36,6 +36,10 @@ class OddPlugin final : public IPluginCallbacks, public IPluginBasicQueryCallbac
     const bool is_first_call = ++calls_ == 1;
     if (task == "once" && !is_first_call) return;
     instance->Commit({});
+    if (task.starts_with("read ")) {
+      TOSSpecific::CaptureFile("/log");
+      task = task.substr(5);
+    }
     if (task.starts_with("run ")) {
       TOSSpecific::SpawnProcess("/bin/echo", {"1", "al"});
       task = task.substr(4);

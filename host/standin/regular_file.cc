@@ -66,14 +66,12 @@ RegularFile::~RegularFile() {
 off_t RegularFile::FirstLineStart(off_t begin) const {
   char buffer[1 << 16];
   off_t at = begin - 1;
-  while (at < end_ - 1) {
-    const ssize_t count = ReadAt(descriptor_, buffer, sizeof buffer, at);
+  while (at < end_ - 1) {  // behind the last byte no line begins
+    const std::size_t left = static_cast<std::size_t>(end_ - 1 - at);
+    const ssize_t count = ReadAt(descriptor_, buffer, std::min(left, sizeof buffer), at);
     if (count <= 0) break;
     const void* found = std::memchr(buffer, '\n', static_cast<std::size_t>(count));
-    if (found != nullptr) {
-      const off_t start = at + (static_cast<const char*>(found) - buffer) + 1;
-      return start < end_ ? start : begin;
-    }
+    if (found != nullptr) return at + (static_cast<const char*>(found) - buffer) + 1;
     at += count;
   }
   return begin;
