@@ -105,7 +105,7 @@ std::FILE* RealOpenFile(const std::string& path) {
   TellOfCut(path, *file);
   std::FILE* const stream =
       fopencookie(file.get(), "r", {ReadStream, nullptr, nullptr, CloseStream});
-  if (stream != nullptr) file.release();
+  if (stream != nullptr) static_cast<void>(file.release());
   return stream;
 }
 
