@@ -31,7 +31,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const NKVXHMZ20::TCIMValue lines = raw[0]->GetRawData();
   std::string kept;
   if (lines.IsArray()) {
-    for (const auto& line : lines.GetArray()) kept.append(line.GetString()).append("\n");
+    for (const std::string_view line : lines.GetStrings()) kept.append(line).append("\n");
   }
   // Text behind the last line end is no line.
   Expect(kept == output.substr(0, output.rfind('\n') + 1), "an output is kept as another", kept);

@@ -294,6 +294,17 @@ TEST_F(ProcessTest, InterruptedCallsAreResumed) {
   setitimer(ITIMER_REAL, &never, nullptr);
 }
 
+TEST_F(ProcessTest, ThreadsTakeTurns) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([i] {
+      const std::string own = std::to_string(i);
+      for (int run = 0; run < 20; ++run) EXPECT_EQ(own + "||0||", Text(Sh("printf " + own)));
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
 TEST_F(ProcessTest, ManyRunsLeaveNothingBehind) {
   const pid_t other_child = fork();
   if (other_child == 0) _exit(7);

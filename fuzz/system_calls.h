@@ -1,5 +1,5 @@
-#ifndef TESTS_SYSTEM_CALLS_H_
-#define TESTS_SYSTEM_CALLS_H_
+#ifndef FUZZ_SYSTEM_CALLS_H_
+#define FUZZ_SYSTEM_CALLS_H_
 
 #include <string>
 #include <vector>
@@ -18,4 +18,4 @@ void FailCall(const std::string& name, int nth);
 /// No call fails from now on. Returns whether one did.
 bool StopFailing();
 
-#endif  // TESTS_SYSTEM_CALLS_H_
+#endif  // FUZZ_SYSTEM_CALLS_H_

@@ -1,4 +1,4 @@
-#include "tests/system_calls.h"
+#include "fuzz/system_calls.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>

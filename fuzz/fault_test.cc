@@ -18,7 +18,7 @@
 #include "inventory/command/inventory_run.h"
 #include "standin/process.h"
 #include "tests/machine_files.h"
-#include "tests/system_calls.h"
+#include "fuzz/system_calls.h"
 
 namespace {
 
