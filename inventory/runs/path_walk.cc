@@ -34,6 +34,10 @@ void PathWalk::Prepend(std::string_view path) {
 }
 
 bool PathWalk::Step() {
+  if (here_.IsOpen() && !S_ISDIR(status_.st_mode)) {
+    errno = ENOTDIR;
+    return false;
+  }
   if (here_.IsOpen()) folder_ = std::move(here_);
   name_ = std::move(ahead_.back());
   ahead_.pop_back();

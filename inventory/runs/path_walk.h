@@ -27,8 +27,8 @@ class PathWalk {
   /// At a link: goes where the kernel goes, which those in /proc do not always say.
   bool GoBehind();
 
-  /// Of the last step, or of the one that failed: its name, which can be "/", "." or "..", and the
-  /// folder in which it was looked for, for `...at` calls only.
+  /// The name that was gone to or looked for last, which can be "/", "." or "..", and its folder,
+  /// for `...at` calls only.
   const std::string& GetName() const { return name_; }
   const standin::Descriptor& GetFolder() const { return folder_; }
   standin::Descriptor TakeFolder() { return std::move(folder_); }
