@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <new>
+#include <sstream>
 #include <tuple>
 
 #include "hmz/exception.h"
@@ -294,47 +295,8 @@ struct Parsed {
 };
 
 TEST(Options, RefuseWhatIsWrong) {
-  for (const std::string line : {"--bogus",
-                                 "--format xml",
-                                 "--color red",
-                                 "--list A",
-                                 "--list --format json",
-                                 "--list --output x",
-                                 "--root absent",
-                                 "--root /dev/null",
-                                 "--plugin absent",
-                                 "--passes 0",
-                                 "--passes 1000001",
-                                 "--passes x",
-                                 "--tool-timeout 0.0009",
-                                 "--tool-timeout -1",
-                                 "--tool-timeout nan",
-                                 "--tool-timeout 1s",
-                                 "--tool-timeout 1000001",
-                                 "--output ",
-                                 "--log ",
-                                 "--output",
-                                 "--check --format json",
-                                 "--bogus --check",
-                                 "--check KVXSG_krDiskDrive",
-                                 "--list --check",
-                                 "--brief --check",
-                                 "--no-instances",
-                                 "--no-instances --format json KVXSG_krDiskDrive",
-                                 "--brief --format json",
-                                 "--brief KVXSG_krDiskDrive",
-                                 "--controller x",
-                                 "--controller -1",
-                                 "--controller 1 --format mof",
-                                 "--controller 1 KVXSG_krDiskDrive",
-                                 "--check --compare x",
-                                 "--compare x KVXSG_krDiskDrive",
-                                 "--compare x --format mof",
-                                 "--compare ",
-                                 "--compare x --sanitize",
-                                 "--expect x",
-                                 "--check --expect x --sanitize",
-                                 "--check=x"}) {
+  std::istringstream rows(ReadFile(KRAID_SOURCE_DIR "/tests/wrong_options.txt"));
+  for (std::string line; std::getline(rows, line);) {
     const Parsed parsed(line);
     const bool is_check = line.find("--check") != std::string::npos;
     EXPECT_EQ(parsed.exit_status, is_check ? 3 : 2) << line;

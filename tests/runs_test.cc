@@ -5,7 +5,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <set>
+#include <sstream>
 #include <thread>
 
 #include "hmz/exception.h"
@@ -163,64 +165,40 @@ TEST_F(Runs, OfAToolThatHangsAreFewAndNamed) {
 TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
   std::string folder = "/run/kraid-XXXXXX";  // which nobody else can write to, on most machines
   if (geteuid() != 0 || mkdtemp(folder.data()) == nullptr) GTEST_SKIP() << "not as root";
-  const struct {
-    const char* set_up;
-    const char* tool;
-    std::string why;  // "" when it runs; F is the folder
-  } cases[] = {
-      {"", "tool", ""},
-      {"ln -s d/tool F/link", "link", ""},
-      {"ln -s F/absent F/link", "link", ""},
-      {"ln -s link F/link", "link", ""},
-      // Not even tried: somebody could put it there now.
-      {"chmod o+w F/d", "d/absent", "cannot be started: No such file or directory"},
-      {"chmod g+w F/tool", "tool",
-       "F/tool can be written to by others; mend it with: chmod go-w 'F/tool'"},
-      {"chown 65534 F/tool", "tool",
-       "F/tool belongs to user 65534; mend it with: chown root:root 'F/tool'"},
-      {"chmod o+w F/d; chown 65534 F/d F/d/tool", "d/tool",
-       "F/d belongs to user 65534 and can be written to by others; mend it with: "
-       "chown root:root 'F/d' && chmod go-w 'F/d'"},
-      {"chmod 1777 F/d", "d/tool", "F/d is a folder for all; mend it with: mv 'F/d' /opt/"},
-      {"chmod o+w F/d; ln -s F/d/tool F/link", "link",
-       "F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
-      {"chmod o+w F/d; ln -s d/../tool F/link", "link",
-       "F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
-      {"chmod o+w F/d; printf '#! F/d/tool -x\\n' >F/tool", "tool",
-       "its interpreter: F/d can be written to by others; mend it with: chmod go-w 'F/d'"},
-      {"printf '#!/bin/sh\\n' >F/tool", "tool", ""},
-  };
   const auto here = [&folder](std::string text) {
     for (auto at = text.find('F'); at != std::string::npos; at = text.find('F', at + 1)) {
       text.replace(at, 1, folder);
     }
     return text;
   };
-  for (const auto& c : cases) {
-    const std::string set_up =
-        "rm -rf F/*; mkdir F/d; chmod 755 F F/d; cp /bin/true F/tool; cp /bin/true F/d/tool; ";
-    ASSERT_EQ(std::system(here(set_up + c.set_up).c_str()), 0);
-    runs.clear();
+  std::ifstream rows(KRAID_SOURCE_DIR "/tests/tool_places.txt");
+  for (std::string row; std::getline(rows, row);) {
+    if (row[0] == '#') continue;
+    SCOPED_TRACE(row);
+    std::istringstream parts(here(row));
+    std::string set_up, tool, why;
+    for (std::string* part : {&set_up, &tool, &why}) std::getline(parts, *part, '|');
+    set_up.insert(0, here("rm -rf F/*; mkdir -m 755 F/d; chmod 755 F; cp /bin/true F/tool; "
+                          "cp /bin/true F/d/tool; "));
+    ASSERT_EQ(std::system(set_up.c_str()), 0);
     RunBounds bounds;
     bounds.trusts_tools = false;
     ToolRuns tools = Make(bounds);
+    runs.clear();
     std::string failure;
     try {
-      tools.Run(folder + "/" + c.tool, {"getconfig", "1", "al"});
+      tools.Run(folder + "/" + tool, {"getconfig", "1", "al"});
     } catch (const NKVXHMZ20::THMZException& error) {
       failure = error.what();
     }
-    EXPECT_EQ(runs.size(), c.why.empty() ? 1U : 0U) << c.set_up;
-    const std::vector<Problem> problems = FindRunProblems(tools.GetRecords());
-    if (c.why.empty()) {
-      EXPECT_EQ(failure, "") << c.set_up;
-      continue;
-    }
-    const bool is_absent = c.why.starts_with("cannot");
-    const std::string why = here(c.why);
+    EXPECT_EQ(failure.empty(), why.empty()) << failure;
+    EXPECT_EQ(runs.size(), why.empty() ? 1U : 0U);
+    if (why.empty()) continue;
+    const bool is_absent = why.starts_with("cannot");
     EXPECT_NE(failure.find(is_absent ? why : "could have put it there: " + why + "; --trust"),
               std::string::npos)
         << failure;
+    const std::vector<Problem> problems = FindRunProblems(tools.GetRecords());
     ASSERT_EQ(problems.size(), 1U);
     EXPECT_EQ(problems[0].kind, is_absent ? ProblemKind::kToolAbsent : ProblemKind::kToolUntrusted);
     EXPECT_EQ(problems[0].is_blind, !is_absent);
@@ -229,14 +207,14 @@ TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
 }
 
 TEST_F(Runs, AreOfTheFileThatWasLookedAt) {
-  if (!TrustedFile("/bin/true").WhyNot().empty()) GTEST_SKIP() << "/bin is not root's alone";
+  const TrustedFile file("/bin/true");
+  if (!file.WhyNot().empty()) GTEST_SKIP() << file.WhyNot();
+  EXPECT_GE(file.GetDescriptor(), 0);
+  EXPECT_EQ(TrustedFile("/usr/bin/ldd").GetDescriptor(), -1);  // its interpreter reads the path
   RunBounds bounds;
   bounds.trusts_tools = false;
-  ToolRuns tools = Make(bounds);
-  tools.Run("/bin/true", {"a", "1", "al"});
+  Make(bounds).Run("/bin/true", {"a", "1", "al"});
   EXPECT_GE(limits_seen.at(0).executable, 0);
-  // Its interpreter reads the path.
-  EXPECT_EQ(TrustedFile("/usr/bin/ldd").GetDescriptor(), -1);
 }
 
 TEST_F(Runs, AreBoundedTogether) {
