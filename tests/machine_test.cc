@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "inventory/machine/read_machine.h"
 #include "inventory/machine/selection.h"
+#include "inventory/print/machine_json.h"
 #include "tests/instance_lines.h"
 #include "tests/machine_files.h"
+#include "tests/print_to.h"
 
 namespace {
 
@@ -16,44 +19,6 @@ std::string Named(std::initializer_list<std::pair<const char*, std::string>> fie
   std::string text;
   for (const auto& [name, value] : fields) {
     if (!value.empty() && value != "0") text.append(" ").append(name).append("=").append(value);
-  }
-  return text;
-}
-
-std::string TextOf(const std::string& text) { return text; }
-std::string TextOf(const Place& place) { return place.GetText(); }
-std::string TextOf(const std::optional<Number>& number) { return number ? number->text : ""; }
-std::string TextOf(const DefunctEvent& event) {
-  return event.local_time + "  " + event.place.GetText() + "  reason " + event.reason.value_or("") +
-         "  " + event.description.value_or("");
-}
-std::string TextOf(const UnlistedDrive& drive) {
-  return TextOf(drive.number) + ": " + DescribeBadStripes(drive.bad_stripes);
-}
-
-template <class Value>
-std::string Joined(const std::vector<Value>& values) {
-  std::string joined;
-  for (const Value& value : values) joined += "[" + TextOf(value) + "]";
-  return joined;
-}
-
-/// With the bytes that the text was understood as.
-std::string TextOf(const std::optional<Size>& size) {
-  if (!size) return "";
-  return DescribeSize(*size) + "=" + (size->bytes ? std::to_string(*size->bytes) : "?");
-}
-
-/// "[hard 1][soft 2]", those above 0.
-std::string TextOf(const ErrorCounters& c) {
-  std::string text;
-  for (const auto& [name, count] : {std::pair{"hard", &c.hard},
-                                    {"soft", &c.soft},
-                                    {"parity", &c.parity},
-                                    {"PFA", &c.predicted_failures},
-                                    {"misc", &c.misc}}) {
-    if (!*count || IsZero(**count)) continue;
-    text.append("[").append(name).append(" ").append((*count)->text).append("]");
   }
   return text;
 }
@@ -80,65 +45,19 @@ std::string DescribeHealth(const Machine& machine) {
          "\n";
 }
 
-std::string Describe(const Controller& c, const Device& d) {
-  std::string counters;
-  for (const ErrorCounters& row : d.counters) counters += TextOf(row);
-  std::string arrays;
-  for (const std::size_t i : d.arrays) arrays += "[" + c.arrays[i].Name() + "]";
-  return "device " + d.place.GetText() +
-         Named({{"size", TextOf(d.size)},
-                {"model", d.model.value_or("")},
-                {"counters", counters},
-                {"arrays", arrays}}) +
-         "\n";
-}
-
-std::string Describe(const Controller& c) {
-  std::string text =
-      "  controller" +
-      Named({{"number", c.NumberText()},
-             {"type", c.type.value_or("")},
-             {"tool", c.tool ? c.tool->Describe() : ""},
-             {"shares_number", c.shares_number ? "yes" : ""},
-             {"battery", c.battery.state.text.value_or("")},
-             {"firmware", c.firmware.published.value_or("")},
-             {"unlisted_drives", Joined(c.unlisted_drives)},
-             {"ddd", std::to_string(c.defunct_log.count) + Joined(c.defunct_log.last)},
-             {"soft", std::to_string(c.soft_log.count) + Joined(c.soft_log.last)},
-             {"hard", std::to_string(c.hard_log.count) + Joined(c.hard_log.last)}}) +
-      "\n";
-  for (const DriveArray& array : c.arrays) {
-    text += "    array" + Named({{"name", array.Name()},
-                                 {"absent", Joined(array.absent_places)},
-                                 {"shared", Joined(array.shared_places)}});
-    for (const std::size_t i : array.logical_drives) {
-      const LogicalDrive& d = c.logical_drives[i];
-      EXPECT_EQ(&c.arrays[d.array], &array);
-      text += "\n      drive " + TextOf(d.number);
-      text += Named({{"size", TextOf(d.size)},
-                     {"raid", d.raid_level.value_or("")},
-                     {"stripes", DescribeBadStripes(d.bad_stripes)}});
-    }
-    text += "\n";
-    for (const std::size_t i : array.shown_devices) text += "      " + Describe(c, c.devices[i]);
-  }
-  for (const std::size_t i : c.unplaced_devices) text += "    " + Describe(c, c.devices[i]);
-  for (const UnlistedDevice& d : c.unlisted_devices) {
-    text += "    unlisted " + d.place.GetText() + TextOf(d.counters) + "\n";
-  }
-  return text;
-}
-
+/// All that is known of it, as documents have it, but for what health says.
 std::string DescribeMachine(const Machine& machine) {
+  StringSink sink;
+  JsonWriter json(sink);
+  WriteMachineJson(machine, json);
   std::string text;
-  for (const Controller& controller : machine.controllers) text += Describe(controller);
-  for (const ToolNumber& tool : machine.unpublished)
-    text += "  unpublished " + tool.Describe() + "\n";
-  text += "  =>" + Named({{"events", std::to_string(machine.manager_log.count)}}) + "\n";
-  for (const ManagerEvent& e : machine.manager_log.last) {
-    text += "    " + e.time.text + "|" + (e.time.instant ? Rfc3339(*e.time.instant) : "") + "|" +
-            e.severity.value_or("") + "|" + e.machine.value_or("") + "|" + e.message.value_or("") +
-            "\n";
+  const auto leaves = nlohmann::ordered_json::parse(sink.text).flatten();
+  for (const auto& [name, value] : leaves.items()) {
+    const bool is_judged = name.ends_with("/judgement") || name.ends_with("/verdict") ||
+                           name.find("/counts/") != std::string::npos;
+    // Nothing is said of what is not there.
+    if (is_judged || value.is_null() || value.empty() || value == 0 || value == false) continue;
+    text += "  " + name.substr(1) + " " + value.dump() + "\n";
   }
   return text;
 }
