@@ -10,15 +10,16 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "fuzz/system_calls.h"
 #include "inventory/command/collection_lock.h"
 #include "inventory/command/exit_status.h"
 #include "inventory/command/inventory_run.h"
 #include "standin/process.h"
 #include "tests/machine_files.h"
-#include "fuzz/system_calls.h"
 
 namespace {
 
@@ -59,7 +60,8 @@ void FailEachCall(const std::function<void(const std::function<void()>& begin,
 class Faults : public testing::Test {
  protected:
   Faults() {
-    std::string pattern = testing::TempDir() + "kraid-XXXXXX";
+    // As root it has to be a folder that nobody else can write to.
+    std::string pattern = (geteuid() == 0 ? "/run/" : testing::TempDir()) + "kraid-XXXXXX";
     folder_ = mkdtemp(pattern.data());
   }
   ~Faults() override { fs::remove_all(folder_); }
@@ -102,9 +104,15 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       {"--format", "json", "--output", "out", "--replay", "recording"},
       {"--check", "--expect", "out", "--timeout", "0.001"},
       {"--check", "--replay", "recording"},
+      {"--check", "--no-lock", "--root", "tools", "--timeout", "0.001"},
   };
   const fs::path before = fs::current_path();
   fs::current_path(folder_);
+  // A program and a script.
+  fs::create_directories("tools/kraid");
+  fs::copy("/bin/true", "tools/kraid/kelvcmd");
+  std::ofstream("tools/kraid/hrconf") << "#!/bin/sh\n";
+  fs::permissions("tools/kraid/hrconf", fs::perms(0755));
   for (const Texts& arguments : runs) {
     std::vector<const char*> argv = {"kraid-inventory"};
     for (const std::string& argument : arguments) argv.push_back(argument.c_str());
@@ -115,6 +123,7 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       begin();
       const int status = RunCommand(static_cast<int>(argv.size()), argv.data());
       end();
+      fs::current_path(folder_);
       const std::string err = testing::internal::GetCapturedStderr();
       const std::string out = testing::internal::GetCapturedStdout();
       if (is_check) {
@@ -129,7 +138,7 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       }
       for (const auto& entry : fs::directory_iterator(".")) {
         const std::string name = entry.path().filename();
-        if (name == "out" || name == "log" || name == "recording") continue;
+        if (name == "out" || name == "log" || name == "recording" || name == "tools") continue;
         // What cannot be taken away is named.
         EXPECT_NE(err.find(name), std::string::npos) << name << " " << err;
         fs::remove_all(entry);

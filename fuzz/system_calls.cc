@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,6 +50,17 @@
   ROW(renameat2, int, -1, EINVAL,                                                                 \
       (int there, const char* from, int here, const char* to, unsigned flags),                    \
       (there, from, here, to, flags))                                                             \
+  ROW(readlink, ssize_t, -1, EACCES, (const char* path, char* to, size_t size), (path, to, size)) \
+  ROW(readlinkat, ssize_t, -1, EIO, (int folder, const char* path, char* to, size_t size),        \
+      (folder, path, to, size))                                                                   \
+  ROW(fstatfs, int, -1, EIO, (int file, struct statfs* status), (file, status))                   \
+  ROW(statx, int, -1, ENOSYS,                                                                     \
+      (int folder, const char* path, int flags, unsigned mask, struct statx* status),             \
+      (folder, path, flags, mask, status))                                                        \
+  ROW(stat, int, -1, EACCES, (const char* path, struct stat* status), (path, status))             \
+  ROW(kill, int, -1, EPERM, (pid_t pid, int number), (pid, number))                               \
+  ROW(chdir, int, -1, EACCES, (const char* path), (path))                                         \
+  ROW(mkdtemp, char*, nullptr, EACCES, (char* path), (path))                                      \
   ROW(mkdir, int, -1, ENOSPC, (const char* path, mode_t mode), (path, mode))                      \
   ROW(flock, int, -1, ENOLCK, (int file, int operation), (file, operation))                       \
   ROW(getcwd, char*, nullptr, ENOENT, (char* to, size_t size), (to, size))

@@ -85,6 +85,9 @@ TEST(OsSpecific, ReadsTheNewestEndOfRegularFilesOnly) {
     EXPECT_EQ(ReadTwice(folder / "file", cut).size(), c.read);
     EXPECT_EQ(cut, c.size == most ? "" : std::to_string(c.read) + "/" + std::to_string(c.size));
   }
+  std::ofstream(folder / "file") << std::string(500'003, '\n');
+  EXPECT_EQ(ReadTwice(folder / "file", cut).size(), 500'000U);
+  EXPECT_EQ(cut, "500000/500003");
   std::filesystem::remove_all(folder);
 }
 

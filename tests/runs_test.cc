@@ -233,6 +233,15 @@ TEST_F(Runs, AreBoundedTogether) {
   EXPECT_EQ(Ask(tools, "b", 1),
             "/bin/sh: was not run: the time limit of the whole collection, 200 ms, was over");
 
+  answer = [](const std::string&, int) {
+    std::this_thread::sleep_for(milliseconds(70));
+    standin::ProcessResult suspended = Exited(0, "x");
+    suspended.suspended = milliseconds(70);
+    return suspended;
+  };
+  ToolRuns unhurried = Make(bounds);
+  for (int number = 1; number <= 4; ++number) EXPECT_EQ(Ask(unhurried, "a", number), "x");
+
   runs.clear();
   limits_seen.clear();
   answer = [](const std::string&, int number) {
@@ -376,7 +385,7 @@ TEST(Recorder, KeepsThatOfAFileOnlyTheEndWasRead) {
   EXPECT_EQ(replayed.capture_file("/log"), "end");
   std::fclose(replayed.open_file("/log"));
   EXPECT_EQ(replayed.capture_file("/other"), "");
-  const std::string why = "only its newest 1 MiB of 1 MiB were read;";
+  const std::string why = "only its newest 3 bytes of 9 were read;";
   EXPECT_EQ(told, why + why + why);
   EXPECT_EQ(recording.files[0].file_bytes, 9U);
 }

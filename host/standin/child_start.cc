@@ -118,6 +118,17 @@ std::vector<std::string> ChildEnvironment() {
   return environment;
 }
 
+/// A path of this process's open file; "" for none, and where /proc does not tell. In the child the
+/// descriptor is shut by the time it is executed; this process's own is there until then.
+std::string OpenedPath(int descriptor) {
+  // As the mounted /proc has it, which may be that of other process numbers.
+  char number[32];
+  const ssize_t size = readlink("/proc/self", number, sizeof number);
+  if (descriptor < 0 || size <= 0 || static_cast<std::size_t>(size) >= sizeof number) return "";
+  return "/proc/" + std::string(number, static_cast<std::size_t>(size)) + "/fd/" +
+         std::to_string(descriptor);
+}
+
 }  // namespace
 
 int StartChild(const std::string& program, int executable,
@@ -136,9 +147,7 @@ int StartChild(const std::string& program, int executable,
   const std::vector<char*> word_pointers = Pointers(words);
   const std::vector<std::string> environment = ChildEnvironment();
   const std::vector<char*> environment_pointers = Pointers(environment);
-  // In the child the descriptor is shut by then; the host's own is there until the child runs.
-  const std::string opened =
-      "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(executable);
+  const std::string opened = OpenedPath(executable);
 
   sigset_t all;
   sigset_t before;
@@ -147,8 +156,7 @@ int StartChild(const std::string& program, int executable,
   const auto start = [&](const std::string& path) {
     return setup.Start(path, word_pointers.data(), environment_pointers.data(), child.pid);
   };
-  error = executable < 0 ? start(program) : start(opened);
-  if (executable >= 0 && error == ENOENT) error = start(program);  // without /proc
+  error = start(opened.empty() ? program : opened);
   if (error == 0) {
     running = child.pid;
   } else {

@@ -12,6 +12,7 @@
 #include <atomic>
 #include <mutex>
 #include <new>
+#include <thread>
 #include <utility>
 
 #include "standin/awake_clock.h"
@@ -190,6 +191,7 @@ bool Run::Start(const std::vector<std::string>& arguments) {
     Fail(ProcessEnd::kNotStarted, StartFailure(program_, error));
     return false;
   }
+  result_.pid = child_.pid;
   // Not permitted everywhere: AwaitEnd does without.
   process_ = Descriptor(pidfd_open(child_.pid, 0));
   return true;
@@ -205,6 +207,7 @@ void Run::Finish() {
     ended = Stop();
   }
   result_.error_output = error_text_.Take();
+  clock_.Now();  // so that it knows of a suspension in the last wait
   result_.suspended = std::chrono::duration_cast<milliseconds>(clock_.GetSuspended());
   if (ended) {
     Reap();
@@ -231,6 +234,7 @@ bool Run::AwaitEnd(milliseconds time) {
         std::clamp(left, milliseconds{0}, process_.IsOpen() ? AwakeClock::kHeartbeat : kPollSlice);
     if (poll(watched, std::size(watched), static_cast<int>(wait.count())) < 0 && errno != EINTR) {
       Fail(ProcessEnd::kLost, "was stopped, as it cannot be watched: " + ErrorText(errno));
+      std::this_thread::sleep_for(kPollSlice);  // in the place of the wait, until it is ended
     }
     if (watched[0].revents != 0) ReadAvailable(child_.output);
     if (watched[1].revents != 0) ReadAvailable(child_.error_output);

@@ -48,6 +48,7 @@ struct ProcessResult {
   std::string failure;
   /// It was killed and goes on all the same: it hangs inside the kernel, or is not ours to kill.
   bool has_outlived_killing = false;
+  int pid = 0;  ///< Of the run, which is over unless it has outlived that; 0 when it never began.
   /// For how long the host was suspended meanwhile, which is no time of the run's.
   std::chrono::milliseconds suspended{};
   /// What the run left behind in other sessions, by name. For callers that look for it: RunProcess

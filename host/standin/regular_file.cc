@@ -56,25 +56,48 @@ RegularFile::RegularFile(const std::string& path) {
   }
   end_ = status.st_size;
   if (end_ > kMostRead) at_ = FirstLineStart(end_ - kMostRead);
+  at_ = NewestLines(at_);
 }
 
 RegularFile::~RegularFile() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
-/// From `begin` on; `begin` itself where none is to be found.
-off_t RegularFile::FirstLineStart(off_t begin) const {
+/// Visits the places of the line ends from `begin` on, up to the last byte, behind which no line
+/// begins; the first for which `visit` is true, or -1.
+template <class Visit>
+off_t RegularFile::FindLineEnd(off_t begin, const Visit& visit) const {
   char buffer[1 << 16];
-  off_t at = begin - 1;
-  while (at < end_ - 1) {  // behind the last byte no line begins
+  for (off_t at = begin; at < end_ - 1;) {
     const std::size_t left = static_cast<std::size_t>(end_ - 1 - at);
     const ssize_t count = ReadAt(descriptor_, buffer, std::min(left, sizeof buffer), at);
     if (count <= 0) break;
-    const void* found = std::memchr(buffer, '\n', static_cast<std::size_t>(count));
-    if (found != nullptr) return at + (static_cast<const char*>(found) - buffer) + 1;
+    const char* const behind = buffer + count;
+    for (const char* end = buffer; (end = std::find(end, behind, '\n')) != behind; ++end) {
+      if (visit()) return at + (end - buffer);
+    }
     at += count;
   }
-  return begin;
+  return -1;
+}
+
+/// From `begin` on; `begin` itself where none is to be found.
+off_t RegularFile::FirstLineStart(off_t begin) const {
+  const off_t end = FindLineEnd(begin - 1, [] { return true; });
+  return end < 0 ? begin : end + 1;
+}
+
+/// Where the newest kMostLines lines begin, at `begin` or behind it.
+off_t RegularFile::NewestLines(off_t begin) const {
+  if (end_ - begin <= kMostLines) return begin;  // a line has a byte at least
+  off_t lines = 1;
+  FindLineEnd(begin, [&lines] {
+    ++lines;
+    return false;
+  });
+  off_t surplus = lines - kMostLines;
+  if (surplus <= 0) return begin;
+  return FindLineEnd(begin, [&surplus] { return --surplus == 0; }) + 1;
 }
 
 ssize_t RegularFile::Read(char* buffer, std::size_t size) {

@@ -21,11 +21,13 @@ struct FileCut {
 /// A file whose writer is not to be trusted with the time and the memory of this process.
 ///
 /// It is regular, links followed: anything else (a pipe, a device) is not opened at all. Of a large
-/// one the newest end counts, at most kMostRead bytes that begin a line, or cut one where no line
-/// begins there. What is written after the opening does not count.
+/// one the newest end counts, at most kMostRead bytes and kMostLines lines; it begins a line, or
+/// cuts one where no line begins there. What is written after the opening does not count.
 class RegularFile {
  public:
   static constexpr off_t kMostRead = off_t{64} << 20;
+  /// Half of what a repository takes, so that short lines leave room for everything else.
+  static constexpr off_t kMostLines = 500'000;
 
   /// Not open, with errno set, when there is no such file or it cannot be opened.
   explicit RegularFile(const std::string& path);
@@ -43,6 +45,9 @@ class RegularFile {
 
  private:
   off_t FirstLineStart(off_t begin) const;
+  off_t NewestLines(off_t begin) const;
+  template <class Visit>
+  off_t FindLineEnd(off_t begin, const Visit& visit) const;
 
   int descriptor_ = -1;
   off_t at_ = 0;

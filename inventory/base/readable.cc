@@ -63,8 +63,11 @@ namespace {
 
 /// Valid UTF-8 with a name in the place of each hidden character.
 std::string NameHidden(std::string text) {
-  if (IsAscii(text)) return text;
+  std::size_t first = 0;
+  while (first < text.size() && !FindHidden(text, first)) ++first;
+  if (first == text.size()) return text;
   std::string named;
+  named.reserve(text.size() + text.size() / 4);
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto hidden = FindHidden(text, i);
     if (!hidden) {

@@ -68,7 +68,8 @@ Problem DescribeFailure(const Thrown& thrown, const std::string& publishing,
   if (thrown.is_repository_full) {
     problem.kind = ProblemKind::kRepositoryFull;
     problem.what = "class " + publishing;
-    problem.why = "publishing it ended early: " + thrown.text;
+    problem.why = "publishing it ended early: " + thrown.text +
+                  "; the classes behind it are missing, --max-instances allows more";
   } else if (!publishing.empty()) {
     problem.what = "class " + publishing;
     problem.why = "publishing it failed: " + thrown.text;
@@ -119,13 +120,20 @@ standin::HostServices WatchFiles(const UnreadableFiles& unreadable, std::string&
   return services;
 }
 
+/// A long-running host has its passes' instances for a while each; here they stay.
+standin::RepositoryLimits LimitsOf(const Options& options) {
+  standin::RepositoryLimits limits{options.max_instances};
+  limits.instances *= static_cast<std::size_t>(options.passes);
+  limits.bytes *= static_cast<std::size_t>(options.passes);
+  return limits;
+}
+
 /// One loading of the plug-in, with all its passes.
 class Attempt {
  public:
   Attempt(const Options& options, ToolRuns& tools, const UnreadableFiles& unreadable)
       : options_(options), tools_(tools), in_force_(WatchFiles(unreadable, file_)) {
-    collection_.repository =
-        std::make_unique<standin::Repository>(standin::RepositoryLimits{options.max_instances});
+    collection_.repository = std::make_unique<standin::Repository>(LimitsOf(options));
     tools_.BeginAttempt();
   }
 
@@ -171,6 +179,7 @@ class Attempt {
   }
 
   void RunPass(standin::LoadedPlugin& plugin, bool is_salvaging) {
+    file_.clear();
     std::string publishing;
     std::vector<boost::shared_ptr<NKVXHMZ20::ICIMClass>> classes;
     for (const std::string& name : options_.classes) {

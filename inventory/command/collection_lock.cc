@@ -14,6 +14,8 @@
 #include <sstream>
 #include <thread>
 
+#include "standin/awake_clock.h"
+
 namespace fs = std::filesystem;
 using standin::Descriptor;
 using std::chrono::milliseconds;
@@ -105,7 +107,8 @@ std::string CollectionLock::Open(const fs::path& root) {
 
 std::string CollectionLock::Take(const fs::path& root, std::optional<milliseconds> limit,
                                  const std::function<void(const std::string& holder)>& on_waiting) {
-  const auto start = std::chrono::steady_clock::now();
+  standin::AwakeClock clock;
+  const auto start = clock.Now();
   std::string obstacle = Open(root);
   bool is_waiting = false;
   while (obstacle.empty()) {
@@ -122,7 +125,7 @@ std::string CollectionLock::Take(const fs::path& root, std::optional<millisecond
     const std::string holder = FindHolder(opened_.Get());
     if (!is_waiting) on_waiting(holder);
     is_waiting = true;
-    if (limit && std::chrono::steady_clock::now() - start >= *limit) {
+    if (limit && clock.Now() - start >= *limit) {
       opened_ = Descriptor();
       return "another collection here, of " + holder + ", goes on: it was waited for in vain";
     }

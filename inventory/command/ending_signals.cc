@@ -10,14 +10,22 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "inventory/runs/left_processes.h"
 
 namespace {
 
 // All that would end this program otherwise, unless it is a fault of its own.
-constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM,
-                                  SIGALRM, SIGXCPU, SIGUSR1, SIGUSR2};
+const std::vector<int>& EndingSignals() {
+  static const std::vector<int> all = [] {
+    std::vector<int> numbers = {SIGHUP,  SIGINT,  SIGQUIT,   SIGTERM, SIGALRM, SIGXCPU,  SIGUSR1,
+                                SIGUSR2, SIGPROF, SIGVTALRM, SIGPOLL, SIGPWR,  SIGSTKFLT};
+    for (int number = SIGRTMIN; number <= SIGRTMAX; ++number) numbers.push_back(number);
+    return numbers;
+  }();
+  return all;
+}
 
 // For the signal handler: it changes only while that is kept from running.
 char last_words[500];
@@ -35,10 +43,10 @@ void EndBySignal(int number) {
   raise(number);  // so that the caller sees how this program ended
 }
 
-sigset_t EndingSignals() {
+sigset_t EndingSet() {
   sigset_t set;
   sigemptyset(&set);
-  for (const int number : kEndingSignals) sigaddset(&set, number);
+  for (const int number : EndingSignals()) sigaddset(&set, number);
   return set;
 }
 
@@ -46,7 +54,7 @@ sigset_t EndingSignals() {
 class SignalsBlocked {
  public:
   SignalsBlocked() {
-    const sigset_t blocked = EndingSignals();
+    const sigset_t blocked = EndingSet();
     sigprocmask(SIG_BLOCK, &blocked, &before_);
   }
   ~SignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
@@ -62,16 +70,12 @@ class SignalsBlocked {
 void CleanUpOnSignals() {
   struct sigaction action {};
   action.sa_handler = EndBySignal;
-  action.sa_mask = EndingSignals();
-  for (const int number : kEndingSignals) {
+  action.sa_mask = EndingSet();
+  for (const int number : EndingSignals()) {
     struct sigaction before {};
     sigaction(number, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
   }
-  // A reader that goes away, or a file that grows too large, is an error of writing, not the end of
-  // this program.
-  signal(SIGPIPE, SIG_IGN);
-  signal(SIGXFSZ, SIG_IGN);
 }
 
 void SayWhenASignalEnds(const std::string& text) {

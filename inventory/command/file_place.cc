@@ -30,11 +30,7 @@ bool IsSameFolder(int one, int other) {
 bool IsForAll(int folder) {
   struct stat status {};
   constexpr mode_t kForAll = S_ISVTX | S_IWOTH;
-  return fstat(folder, &status) == 0 && (status.st_mode & kForAll) == kForAll;
-}
-
-bool IsOfSomebodyElse(const struct stat& status) {
-  return status.st_uid != 0 && status.st_uid != geteuid();
+  return fstat(folder, &status) != 0 || (status.st_mode & kForAll) == kForAll;
 }
 
 bool IsInProc(int folder) {
@@ -66,7 +62,7 @@ std::string Find(PathWalk& walk, FilePlace& place) {
     if (!walk.Step()) return errno == ENOENT && !walk.IsAhead() ? "" : Why();
     const int folder = walk.GetFolder().Get();
     const bool is_link = walk.IsAtLink();
-    if (IsOfSomebodyElse(walk.GetStatus()) && (is_link || !walk.IsAhead()) && IsForAll(folder)) {
+    if ((is_link || !walk.IsAhead()) && IsPlanted(folder, walk.GetStatus())) {
       const std::string why = "somebody else's, in a folder for all";
       return (is_link ? "the link " + walk.GetName() + " is " : "it is ") + why;
     }

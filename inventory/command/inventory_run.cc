@@ -70,6 +70,9 @@ struct Places {
 /// Why one of the results would destroy another; "" when none does.
 std::string FindClash(const Options& options, const Places& places) {
   if (AreInConflict(places.output, places.log)) return "--log and --output name the same file";
+  if (AreInConflict(FindPlace(options.earlier), places.log)) {
+    return "--log names the document to compare with";
+  }
   for (const bool is_log : {true, false}) {
     if (!IsInside(is_log ? places.log : places.output, places.record)) continue;
     const std::filesystem::path& file = is_log ? options.log : options.output;
@@ -280,6 +283,9 @@ int RunInventory(const Options& options) {
   const auto refuse = [&options](const std::string& why, int exit_status) {
     return Refuse(why, options.is_check, exit_status);
   };
+  if (options.is_check) {
+    SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
+  }
   Places places(options);
   const std::string clash = FindClash(options, places);
   if (!clash.empty()) return refuse(clash, kExitOutput);
@@ -305,9 +311,6 @@ int RunInventory(const Options& options) {
     return refuse("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
   }
 
-  if (options.is_check) {
-    SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
-  }
   Source source(options);
   CollectionLock lock;
   auto limit = options.timeout;
@@ -345,6 +348,9 @@ int RunInventory(const Options& options) {
   const int exit_status = Print(options, outcome, output);
   output.Finish();
   if (output.GetError().empty()) return exit_status;
+  if (!options.output.empty()) {
+    return refuse(CannotWrite(options.output, output.GetError()), kExitOutput);
+  }
   if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
   return kExitOutput;
 }

@@ -89,7 +89,9 @@ void WarnOfUnknownClasses(const std::vector<std::string>& classes) {
 fs::path DefaultPlugin() {
   std::error_code error;
   const fs::path self = fs::read_symlink("/proc/self/exe", error);
-  return (self.parent_path() / "../lib/kraid-inventory/libkraid.pi.so").lexically_normal();
+  // Without /proc it is not known where this program is: nothing relative may be taken then.
+  const fs::path bin = error ? "/usr/bin" : self.parent_path();
+  return (bin / "../lib/kraid-inventory/libkraid.pi.so").lexically_normal();
 }
 
 std::string CheckSeconds(const std::string& text) {

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "inventory/runs/path_walk.h"
+
 namespace {
 
 /// Why the file could not be replaced when all has been collected; "" when it could, as far as that
@@ -62,7 +64,7 @@ OutputFile::OutputFile(FilePlace place) : place_(std::move(place)) {
     error_ = OpenInPlace(place_, opened);
   } else if (error_ = WhyNotReplaced(place_); error_.empty()) {
     opened = standin::Descriptor(unfinished_.Create(place_.folder.Get()));
-    opened.IsOpen() ? TakeAfter(place_, opened.Get()) : Fail();
+    if (!opened.IsOpen()) Fail();
   }
   if (!error_.empty()) return;
   file_ = fdopen(opened.Get(), "wb");
@@ -85,6 +87,14 @@ void OutputFile::Finish() {
   if (!error_.empty()) return;
   if (std::fflush(file_) != 0) return Fail();
   if (!is_replaced_) return;
+  struct stat now {};
+  const int folder = place_.folder.Get();
+  if (fstatat(folder, place_.name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 &&
+      IsPlanted(folder, now)) {
+    error_ = "somebody else has put something there meanwhile";
+    return;
+  }
+  TakeAfter(place_, fileno(file_));  // not before: nobody else reads what is not whole
   if (fsync(fileno(file_)) != 0 || !unfinished_.MoveTo(place_.name)) Fail();
 }
 

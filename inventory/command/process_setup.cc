@@ -21,6 +21,10 @@ void FillStandardDescriptors() {
 // end this program in time.
 void ResetSignals() {
   signal(SIGCHLD, SIG_DFL);
+  // A reader that goes away, or a file that grows too large, is an error of writing, not the end of
+  // this program.
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -41,4 +41,10 @@ void ReadFields(const standin::StoredInstance& instance, const FieldRow<Record> 
   }
 }
 
+/// Whether there is one: a plug-in can publish anything.
+inline bool IsArrayOfStrings(const NKVXHMZ20::TCIMValue* value) {
+  return value != nullptr && value->IsArray() &&
+         value->GetType().GetCode() == NKVXHMZ20::TCIMValue::kString;
+}
+
 #endif  // INVENTORY_MACHINE_PROPERTY_TEXT_H_

@@ -25,7 +25,7 @@ RawOutput ReadRawOutput(const standin::StoredInstance& raw_record) {
   if (!(command >> program >> word >> output.number) || word != kGetConfigWord) return output;
   output.tool = program.substr(program.rfind('/') + 1);
   const NKVXHMZ20::TCIMValue* results = raw_record.Find("RawResults");
-  if (results == nullptr || !results->IsArray()) return output;
+  if (!IsArrayOfStrings(results)) return output;
   bool is_battery = false;
   for (const std::string_view line : results->GetStrings()) {
     const auto holds = [line](const char* text) {

@@ -110,7 +110,7 @@ std::vector<Problem> FindUnreadLines(const Report& report, const Machine& machin
   for (std::size_t i = report.latest_pass; i < committed.size(); ++i) {
     const StoredInstance& record = *committed[i];
     const TCIMValue* results = record.Find("RawResults");
-    if (*record.class_name != kRawData || results == nullptr || !results->IsArray()) continue;
+    if (*record.class_name != kRawData || !IsArrayOfStrings(results)) continue;
     const std::string command_line = PropertyText(record, "Command");
     std::istringstream words(command_line);
     std::string program;

@@ -20,7 +20,7 @@ std::string Escaped(std::string_view piece) {
   const std::string valid = ValidUtf8(std::string(piece));
   for (std::size_t i = 0; i < valid.size(); ++i) {
     const char c = valid[i];
-    auto code = static_cast<unsigned char>(c);
+    const unsigned code = static_cast<unsigned char>(c);
     if (const auto escape = kEscaped.find(c); escape != std::string_view::npos) {
       literal += '\\';
       literal += kLetters[escape];
@@ -30,13 +30,12 @@ std::string Escaped(std::string_view piece) {
       literal += "\uFFFD";  // a MOF string holds no NUL, however it is written
       continue;
     }
-    // Of the characters of two bytes, those behind 0xC2 0x80 to 0x9F are controls.
-    const bool is_high = code == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
-    if (is_high) code = static_cast<unsigned char>(valid[++i]);
-    if (code < ' ' || code == 0x7F || is_high) {
+    const Hidden hidden = FindHidden(valid, i).value_or(Hidden{code, 0});
+    if (code < ' ' || code == 0x7F || hidden.size > 0) {
       char escape[16];
-      std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(code));
+      std::snprintf(escape, sizeof escape, "\\x%04X", hidden.code);
       literal += escape;
+      i += hidden.size > 0 ? hidden.size - 1 : 0;
     } else {
       literal += c;
     }

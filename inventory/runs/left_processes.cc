@@ -29,15 +29,18 @@ struct Children {
   pid_t pids[kMostAtOnce];
   std::size_t count = 0;
 
+  void Add(pid_t pid) {
+    if (count < kMostAtOnce) pids[count++] = pid;
+  }
   bool Holds(pid_t pid) const { return std::find(pids, pids + count, pid) != pids + count; }
 };
 
 bool inherits = false;
-/// The children that this process was started with.
+/// Those that could not be ended: they hang inside the kernel, and are no reason to wait again.
 Children others;
 
-/// The children of now, whether they go on or wait to be reaped, but for those of others. None
-/// where the kernel has no such list. Async-signal-safe.
+/// The children of now, whether they go on or wait to be reaped, but for those that cannot be
+/// ended. None where the kernel has no such list. Async-signal-safe.
 void FindChildren(Children& found) {
   found.count = 0;
   const standin::Descriptor file(open("/proc/thread-self/children", O_RDONLY | O_CLOEXEC));
@@ -78,7 +81,7 @@ bool EndChildren(int number, milliseconds time) noexcept {
       ++left;
       if (told.Holds(pid)) continue;
       if (told.count == kMostAtOnce) told.count = 0;
-      told.pids[told.count++] = pid;
+      told.Add(pid);
       kill(pid, number);
       kill(pid, SIGCONT);
     }
@@ -92,6 +95,12 @@ std::string NameOf(pid_t pid) {
   std::ifstream file("/proc/" + std::to_string(pid) + "/comm");
   std::string name;
   std::getline(file, name);
+  // One that was executed by a descriptor is called by its number.
+  if (name.find_first_not_of("0123456789") == std::string::npos) {
+    std::ifstream words("/proc/" + std::to_string(pid) + "/cmdline");
+    std::getline(words, name, '\0');
+    name.erase(0, name.rfind('/') + 1);
+  }
   return name.empty() ? "process " + std::to_string(pid) : name;
 }
 
@@ -107,8 +116,8 @@ bool HasEnded(pid_t pid) {
 void InheritLeftProcesses() {
   Children found;
   FindChildren(found);
-  others = found;
-  inherits = prctl(PR_SET_CHILD_SUBREAPER, 1) == 0;
+  // What children of before leave behind would come here, too, and cannot be told from a run's.
+  inherits = found.count == 0 && prctl(PR_SET_CHILD_SUBREAPER, 1) == 0;
 }
 
 standin::ProcessResult RunAndEndAll(const std::string& program,
@@ -116,16 +125,18 @@ standin::ProcessResult RunAndEndAll(const std::string& program,
                                     const standin::ProcessLimits& limits) {
   standin::ProcessResult result = standin::RunProcess(program, arguments, limits);
   if (!inherits) return result;
+  // The run itself, where it goes on, is told already.
+  if (result.has_outlived_killing) others.Add(result.pid);
   Children children;
   FindChildren(children);
   for (std::size_t i = 0; i < children.count; ++i) {
     if (!HasEnded(children.pids[i])) result.left_behind.push_back(NameOf(children.pids[i]));
   }
   if (children.count > 0 && !EndChildren(SIGTERM, kGrace) && !EndChildren(SIGKILL, kKillTime)) {
-    // They hang inside the kernel: no reason to wait after each further run.
     FindChildren(children);
-    for (std::size_t i = 0; i < children.count && others.count < kMostAtOnce; ++i) {
-      others.pids[others.count++] = children.pids[i];
+    for (std::size_t i = 0; i < children.count; ++i) {
+      others.Add(children.pids[i]);
+      result.left_behind.push_back(NameOf(children.pids[i]) + ", which goes on");
     }
   }
   return result;

@@ -6,8 +6,8 @@
 
 #include "standin/process.h"
 
-/// Makes this process the one that inherits whatever a run leaves behind, in whichever session. Its
-/// children of now, which whoever started it may have left to it, are none of a run's. For a
+/// Makes this process the one that inherits whatever a run leaves behind, in whichever session; but
+/// not where whoever started it has left children to it, as they cannot be told apart. For a
 /// program: a library cannot know which children are its host's. To be called once.
 void InheritLeftProcesses();
 

@@ -34,6 +34,8 @@ class PathWalk {
   standin::Descriptor TakeFolder() { return std::move(folder_); }
   /// What was reached.
   const struct stat& GetStatus() const { return status_; }
+  /// The same, for `...at` calls and statfs only.
+  const standin::Descriptor& GetReached() const { return here_; }
   bool IsAtLink() const { return S_ISLNK(status_.st_mode); }
 
  private:
@@ -47,5 +49,9 @@ class PathWalk {
   struct stat status_ {};
   int links_ = 0;
 };
+
+/// Whether what has this status is somebody else's, neither root's nor the user's of this program,
+/// in a folder where everybody may put things: there it may have been planted.
+bool IsPlanted(int folder, const struct stat& status);
 
 #endif  // INVENTORY_RUNS_PATH_WALK_H_

@@ -103,6 +103,9 @@ class IndexReader {
       if (file.Has("file")) read.text = File(file["file"]);
       if (file.Has("file_bytes")) {
         read.file_bytes = static_cast<std::uint64_t>(Bounded(file["file_bytes"], 1, INT64_MAX));
+        if (!read.text || read.file_bytes <= read.text->size()) {
+          file["file_bytes"].Refuse("is not more than what was read");
+        }
       }
     }
     const std::vector<JsonView> runs = index_["runs"].Items();

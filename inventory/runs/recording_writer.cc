@@ -19,6 +19,7 @@
 #include "inventory/base/program.h"
 #include "inventory/base/readable.h"
 #include "inventory/base/times.h"
+#include "inventory/runs/path_walk.h"
 #include "inventory/runs/recording_index.h"
 #include "standin/descriptor.h"
 
@@ -188,6 +189,15 @@ fs::path PlaceOf(const fs::path& folder) {
   return place.has_filename() ? place : place.parent_path();
 }
 
+/// Throws when somebody else has put something in the place, whose rights it must not get.
+void RefusePlanted(const fs::path& place) {
+  const Descriptor above(open(place.parent_path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  struct stat status {};
+  if (lstat(place.c_str(), &status) == 0 && IsPlanted(above.Get(), status)) {
+    throw std::runtime_error("somebody else has put something there meanwhile");
+  }
+}
+
 /// Gives the new folder the permissions and group of the one that it replaces, or those of any.
 void Permit(const fs::path& unfinished, const fs::path& place) {
   struct stat status {};
@@ -231,7 +241,10 @@ std::string FindForeign(const fs::path& folder) {
 
 /// Puts the new folder in place; what stood there before is then at the new one's first place.
 void Switch(const fs::path& unfinished, const fs::path& place) {
-  if (!fs::exists(place)) return fs::rename(unfinished, place);
+  // Nothing may have come there meanwhile, but where the file system cannot tell.
+  if (renameat2(AT_FDCWD, unfinished.c_str(), AT_FDCWD, place.c_str(), RENAME_NOREPLACE) == 0)
+    return;
+  if (errno != EEXIST && !fs::exists(place)) return fs::rename(unfinished, place);
   if (renameat2(AT_FDCWD, unfinished.c_str(), AT_FDCWD, place.c_str(), RENAME_EXCHANGE) == 0)
     return;
   if (errno != EINVAL && errno != ENOSYS) Fail(place.string());
@@ -286,6 +299,7 @@ std::string WriteRecording(const Recording& recording, const fs::path& place) {
       Fail(place.string());
     }
     FolderWriter(unfinished).Write(recording);
+    RefusePlanted(place);
     Permit(unfinished, place);
     Flush(unfinished);
     if (const std::string why = WhyNoRecordingFits(place); !why.empty()) {

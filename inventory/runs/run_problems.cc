@@ -279,12 +279,16 @@ std::vector<Problem> FindRunProblems(const std::vector<RunRecord>& records) {
 }
 
 Problem DescribeCut(const standin::FileCut& cut) {
-  // Both rounded up: what was left out never vanishes.
   const auto mebibytes = [](std::uint64_t bytes) {
     return std::to_string((bytes >> 20) + (bytes % (1 << 20) > 0 ? 1 : 0));
   };
+  const std::string read = mebibytes(cut.read);
+  const std::string size = mebibytes(cut.size);
+  // What was left out never vanishes in the rounding.
   return {cut.path,
-          "only its newest " + mebibytes(cut.read) + " MiB of " + mebibytes(cut.size) +
-              " MiB were read",
+          "only its newest " +
+              (read != size ? read + " MiB of " + size + " MiB"
+                            : std::to_string(cut.read) + " bytes of " + std::to_string(cut.size)) +
+              " were read",
           ProblemKind::kLogCut};
 }

@@ -1,7 +1,9 @@
 #include "inventory/runs/trust.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -27,14 +29,12 @@ std::string Quoted(const std::string& path) {
 }
 
 /// What is wrong with a file or folder, and the command that mends it; "" when nothing is.
-std::string Describe(const struct stat& status, const fs::path& place, const fs::path& program) {
+std::string Describe(const struct stat& status, const fs::path& place) {
   const bool is_writable = (status.st_mode & kWritableByOthers) != 0;
   if (status.st_uid == 0 && !is_writable) return "";
   const std::string name = place.string();
-  if (S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0 && is_writable) {
-    return name + " is a folder for all; mend it with: mv " +
-           Quoted(program.parent_path().lexically_normal().string()) + " /opt/";
-  }
+  // In a user namespace the root may be nobody's that it knows.
+  if (name == "/" && status.st_uid != 0) return "/ does not belong to the root of this namespace";
   std::string why;
   std::string command;
   if (status.st_uid != 0) {
@@ -48,13 +48,30 @@ std::string Describe(const struct stat& status, const fs::path& place, const fs:
   return name + why + "; mend it with: " + command;
 }
 
+bool IsForAll(const struct stat& status) {
+  return S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0 &&
+         (status.st_mode & kWritableByOthers) != 0;
+}
+
+/// Whether owners and rights there are what some program of a user says.
+bool IsUsersOwn(int file) {
+  struct statfs system {};
+  return fstatfs(file, &system) != 0 || system.f_type == FUSE_SUPER_MAGIC;
+}
+
 /// Opens the file for reading; nothing, with errno set, when nothing can be opened there. `why_not`
 /// says what is wrong with the first on the way that is to blame.
 Descriptor OpenJudged(const fs::path& program, std::string& why_not) {
   PathWalk walk(program.native());
   fs::path place;
+  std::string for_all;  // the folder that was gone to last, if it is one
   while (walk.IsAhead()) {
-    if (!walk.Step()) return {};
+    const bool is_there = walk.Step();
+    if (!for_all.empty() && why_not.empty()) {
+      why_not = for_all + " is a folder for all; mend it with: mv " +
+                Quoted((fs::path(for_all) / walk.GetName()).string()) + " /opt/";
+    }
+    if (!is_there) return {};
     if (walk.IsAtLink()) {
       if (!walk.Follow()) return {};
       continue;
@@ -64,7 +81,14 @@ Descriptor OpenJudged(const fs::path& program, std::string& why_not) {
     } else if (walk.GetName() != ".") {
       place /= walk.GetName();
     }
-    if (why_not.empty()) why_not = Describe(walk.GetStatus(), place, program);
+    if (!why_not.empty()) continue;
+    if (IsForAll(walk.GetStatus())) {
+      for_all = place.string();
+    } else if (IsUsersOwn(walk.GetReached().Get())) {
+      why_not = place.string() + " is on a file system that a user can make up";
+    } else {
+      why_not = Describe(walk.GetStatus(), place);
+    }
   }
   if (S_ISDIR(walk.GetStatus().st_mode)) {
     errno = EISDIR;
@@ -91,9 +115,20 @@ std::string InterpreterOf(int descriptor) {
 /// Returns the file and why it cannot be trusted.
 std::pair<Descriptor, std::string> Look(const fs::path& path, int interpreters_left,
                                         bool& is_absent) {
-  std::error_code error;
-  const fs::path here = path.is_absolute() ? fs::path() : fs::current_path(error);
-  if (error) return {};  // In a folder that is gone there is no file.
+  fs::path here;
+  if (path.is_relative()) {
+    std::error_code error;
+    here = fs::current_path(error);
+    struct stat working {};
+    struct stat named {};
+    const bool is_known = stat(".", &working) == 0;
+    is_absent = is_known && working.st_nlink == 0;  // it is gone, and nothing can be in it
+    if (is_absent) return {};
+    if (error || !is_known || stat(here.c_str(), &named) != 0 || working.st_dev != named.st_dev ||
+        working.st_ino != named.st_ino) {
+      return {Descriptor(), "the working folder has no path"};
+    }
+  }
   std::string why;
   Descriptor file = OpenJudged(here / path, why);
   if (!file.IsOpen()) {
