@@ -166,8 +166,9 @@ TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
   std::string folder = "/run/kraid-XXXXXX";  // which nobody else can write to, on most machines
   if (geteuid() != 0 || mkdtemp(folder.data()) == nullptr) GTEST_SKIP() << "not as root";
   const auto here = [&folder](std::string text) {
-    for (auto at = text.find('F'); at != std::string::npos; at = text.find('F', at + 1)) {
+    for (auto at = text.find('F'); at != std::string::npos; at = text.find('F', at)) {
       text.replace(at, 1, folder);
+      at += folder.size();  // which may hold the letter
     }
     return text;
   };
