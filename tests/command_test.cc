@@ -199,7 +199,8 @@ TEST_F(SampleCollection, MissesLabelsThatHealthDependsOn) {
 TEST(CollectionLock, IsHeldByOneAtATime) {
   const std::string root = testing::TempDir();
   const auto take = [&root](CollectionLock& lock, const char* suffix) {
-    return lock.Take(root + suffix, std::chrono::milliseconds(100), [](const std::string&) {});
+    std::optional limit = std::chrono::milliseconds(100);
+    return lock.Take(root + suffix, limit, [](const std::string&) {});
   };
   {
     CollectionLock first;

@@ -165,4 +165,16 @@ kill -TERM $! && wait $! 2>/dev/null
 diff -r copy before || fail "the recording from before a signal"
 find . -maxdepth 1 -name '.*.??????' | grep . && fail "an unfinished recording"
 
+# What somebody else puts there during the collection keeps its place, and gives nothing its rights.
+if [ "$(id -u)" -eq 0 ]; then
+  mkdir -m 1777 meanwhile
+  for result in record output; do
+    printf '#!/bin/sh\n[ -e %s ] || install -d -m 777 -o 65534 %s\nexit 1\n' "$folder/meanwhile/$result" "$folder/meanwhile/$result" \
+      >root/kraid/kelvcmd
+    "$command" --trust-tools --root root --$result meanwhile/$result >/dev/null 2>line
+    [ $? -eq 3 ] && grep -q "somebody else has put something there meanwhile" line || fail "planted meanwhile: $result"
+    [ "$(stat -c %u meanwhile/$result)" -eq 65534 ] || fail "replaced: $result"
+  done
+fi
+
 [ "$failures" -eq 0 ]

@@ -105,7 +105,7 @@ std::string CollectionLock::Open(const fs::path& root) {
   return std::strerror(errno);
 }
 
-std::string CollectionLock::Take(const fs::path& root, std::optional<milliseconds> limit,
+std::string CollectionLock::Take(const fs::path& root, std::optional<milliseconds>& limit,
                                  const std::function<void(const std::string& holder)>& on_waiting) {
   standin::AwakeClock clock;
   const auto start = clock.Now();
@@ -113,7 +113,10 @@ std::string CollectionLock::Take(const fs::path& root, std::optional<millisecond
   bool is_waiting = false;
   while (obstacle.empty()) {
     if (flock(opened_.Get(), LOCK_EX | LOCK_NB) == 0) {
-      if (IsInPlace()) return "";
+      if (IsInPlace()) {
+        if (limit) *limit -= std::chrono::duration_cast<milliseconds>(clock.Now() - start);
+        return "";
+      }
       opened_ = Descriptor();
       obstacle = Open(root);
       continue;

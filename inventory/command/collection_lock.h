@@ -19,11 +19,12 @@ class CollectionLock {
   CollectionLock(const CollectionLock&) = delete;
   CollectionLock& operator=(const CollectionLock&) = delete;
 
-  /// Waits for the lock of this root, for ever without a limit. `on_waiting` is told once when
-  /// there is something to wait for. Returns "", or why there is no lock: who holds it, or what is
-  /// in the way.
+  /// Waits for the lock of this root, for ever without a limit, of which it takes what it has
+  /// waited, but for the time during which this program was suspended. `on_waiting` is told once
+  /// when there is something to wait for. Returns "", or why there is no lock: who holds it, or
+  /// what is in the way.
   std::string Take(const std::filesystem::path& root,
-                   std::optional<std::chrono::milliseconds> limit,
+                   std::optional<std::chrono::milliseconds>& limit,
                    const std::function<void(const std::string& holder)>& on_waiting);
 
  private:

@@ -248,14 +248,10 @@ Outcome TakeOutcome(const Options& options, std::optional<std::chrono::milliseco
 /// Takes the lock, and what that took off the limit. Returns why there is none.
 std::string WaitForLock(CollectionLock& lock, std::optional<std::chrono::milliseconds>& limit) {
   ProgressLine progress;
-  const auto start = Clock::now();
   std::error_code ignored;
-  std::string why =
-      lock.Take(std::filesystem::current_path(ignored), limit, [&progress](const auto& holder) {
-        progress.Show("waiting for another collection here, of " + holder);
-      });
-  if (limit) *limit -= std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
-  return why;
+  return lock.Take(std::filesystem::current_path(ignored), limit, [&progress](const auto& holder) {
+    progress.Show("waiting for another collection here, of " + holder);
+  });
 }
 
 /// The machine of the document that is to be compared with, where there is one.
