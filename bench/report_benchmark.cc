@@ -44,7 +44,7 @@ int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& outpu
 void Print(const Report& report, std::int64_t format) {
   static constexpr PrintView kViews[] = {PrintText,  PrintJson,      PrintMof,
                                          PrintCheck, PrintInstances, PrintChanged};
-  OutputFile output("/dev/null");
+  OutputFile output(FindPlace("/dev/null"));
   const Machine machine = ReadMachine(report);
   benchmark::DoNotOptimize(kViews[format]({report, machine}, {}, output));
   output.Finish();
