@@ -84,14 +84,14 @@ TEST(Value, TakesTheCountAndLooksAtTheTypes) {
 TEST(Value, PacksStringsOfAnyLengthAndContent) {
   NKVXHMZ20::TCIMStrings strings;
   std::vector<std::string> texts;
-  for (const std::size_t length : {0, 1, 127, 128, 0, 16383, 16384, 2097152, 1}) {
+  for (const std::size_t length : {0U, 1U, 127U, 128U, 0U, 16383U, 16384U, 2097152U, 1U}) {
     texts.emplace_back(length, length % 2 == 0 ? '\0' : '\x80');
     const std::size_t before = strings.GetByteCount();
     strings.Add(texts.back());
     EXPECT_EQ(strings.GetByteCount() - before, NKVXHMZ20::TCIMStrings::PackedSize(length));
   }
   TCIMValue value;
-  for (const std::size_t count : {9, 4, 0}) {
+  for (const std::size_t count : {9U, 4U, 0U}) {
     value.Set(TCIMValue::TCIMType(kString), count, strings);
     EXPECT_EQ(value.GetCount(), count);
     texts.resize(count);

@@ -303,6 +303,7 @@ TEST_F(ProcessTest, InterruptedCallsAreResumed) {
 
 TEST_F(ProcessTest, ThreadsTakeTurns) {
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([i] {
       const std::string own = std::to_string(i);

@@ -52,7 +52,8 @@ TEST(Readable, TakesALargeTextAsOne) {
       std::string odd;
       for (int i = 0; i < 4; ++i) odd += character;
       const std::string blank(before, ' ');
-      EXPECT_TRUE(ValidUtf8(blank + odd + "x") == blank + ValidUtf8(odd + "x")) << before << odd;
+      const std::string text = odd + "x";
+      EXPECT_TRUE(ValidUtf8(blank + text) == blank + ValidUtf8(text)) << before << odd;
     }
   }
 }

@@ -188,7 +188,7 @@ TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
     runs.clear();
     std::string failure;
     try {
-      tools.Run(folder + "/" + tool, {"getconfig", "1", "al"});
+      tools.Run(std::string(folder).append("/").append(tool), {"getconfig", "1", "al"});
     } catch (const NKVXHMZ20::THMZException& error) {
       failure = error.what();
     }
