@@ -43,11 +43,11 @@ std::string ValidUtf8(std::string text) {
 
 std::optional<Hidden> FindHidden(std::string_view text, std::size_t at) {
   static constexpr std::pair<unsigned, unsigned> kRanges[] = {
-      {0x80, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}};
+      {0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}};
   const auto byte = [&](std::size_t i) {
     return static_cast<unsigned>(static_cast<unsigned char>(text[at + i]));
   };
-  Hidden hidden{};
+  Hidden hidden{byte(0) < 0x80 ? byte(0) : 0, 1};  // of a byte within a character nothing
   if ((byte(0) & 0xE0U) == 0xC0) {
     hidden = {(byte(0) & 0x1FU) << 6 | (byte(1) & 0x3FU), 2};
   } else if ((byte(0) & 0xF0U) == 0xE0) {
@@ -59,10 +59,7 @@ std::optional<Hidden> FindHidden(std::string_view text, std::size_t at) {
   return std::nullopt;
 }
 
-namespace {
-
-/// Valid UTF-8 with a name in the place of each hidden character.
-std::string NameHidden(std::string text) {
+std::string NameHidden(std::string text, std::string (*name)(unsigned code)) {
   std::size_t first = 0;
   while (first < text.size() && !FindHidden(text, first)) ++first;
   if (first == text.size()) return text;
@@ -74,22 +71,22 @@ std::string NameHidden(std::string text) {
       named += text[i];
       continue;
     }
-    char name[16];
-    std::snprintf(name, sizeof name, "<U+%04X>", hidden->code);
-    named += name;
+    named += name(hidden->code);
     i += hidden->size - 1;
   }
   return named;
 }
 
-}  // namespace
-
 std::string Sanitized(std::string text, Layout layout) {
-  text = NameHidden(ValidUtf8(std::move(text)));
+  text = ValidUtf8(std::move(text));
   for (char& c : text) {
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = Replacement(c, layout);
   }
-  return text;
+  return NameHidden(std::move(text), [](unsigned code) {
+    char name[16];
+    std::snprintf(name, sizeof name, "<U+%04X>", code);
+    return std::string(name);
+  });
 }
 
 std::string Readable(std::string text) {

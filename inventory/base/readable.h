@@ -24,8 +24,8 @@ void ForEachPiece(std::string_view text, const Take& take) {
 /// Text from elsewhere as valid UTF-8: bytes that are none become U+FFFD, as in the JSON document.
 std::string ValidUtf8(std::string text);
 
-/// A character that is not seen and changes how what is around it is: a control of the second set
-/// (U+0080 to U+009F), a bidirectional control, a separator of lines or paragraphs.
+/// A character that is not seen and changes how what is around it is: DEL, a control of the second
+/// set (U+0080 to U+009F), a bidirectional control, a separator of lines or paragraphs.
 struct Hidden {
   unsigned code;
   std::size_t size;  ///< In bytes of UTF-8.
@@ -33,6 +33,9 @@ struct Hidden {
 
 /// The one that begins at `at` in valid UTF-8, if there is one.
 std::optional<Hidden> FindHidden(std::string_view text, std::size_t at);
+
+/// Valid UTF-8 with a name in the place of each hidden character.
+std::string NameHidden(std::string text, std::string (*name)(unsigned code));
 
 /// What becomes of the white space of a text that is made fit for a terminal.
 enum class Layout {

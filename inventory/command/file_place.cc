@@ -26,13 +26,6 @@ bool IsSameFolder(int one, int other) {
   return fstat(one, &first) == 0 && fstat(other, &second) == 0 && AreSame(first, second);
 }
 
-/// Others may add names there, and cannot take away ours.
-bool IsForAll(int folder) {
-  struct stat status {};
-  constexpr mode_t kForAll = S_ISVTX | S_IWOTH;
-  return fstat(folder, &status) != 0 || (status.st_mode & kForAll) == kForAll;
-}
-
 bool IsInProc(int folder) {
   struct statfs system {};
   return fstatfs(folder, &system) == 0 && system.f_type == PROC_SUPER_MAGIC;

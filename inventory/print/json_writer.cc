@@ -10,22 +10,10 @@ namespace {
 
 bool NeedsNoEscape(char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; }
 
-/// Nothing that a terminal would act on, whoever shows the document there.
-std::string WithoutHidden(const std::string& json) {
-  std::string result;
-  for (std::size_t i = 0; i < json.size(); ++i) {
-    auto hidden = FindHidden(json, i);
-    if (json[i] == '\x7f') hidden = Hidden{0x7f, 1};
-    if (!hidden) {
-      result += json[i];
-      continue;
-    }
-    char escape[16];
-    std::snprintf(escape, sizeof escape, "\\u%04x", hidden->code);
-    result += escape;
-    i += hidden->size - 1;
-  }
-  return result;
+std::string JsonEscape(unsigned code) {
+  char escape[16];
+  std::snprintf(escape, sizeof escape, "\\u%04x", code);
+  return escape;
 }
 
 }  // namespace
@@ -35,8 +23,9 @@ void JsonWriter::String(std::string_view text) {
   Raw("\"");
   ForEachPiece(text, [this](std::string_view piece) {
     if (std::all_of(piece.begin(), piece.end(), NeedsNoEscape)) return Raw(piece);
+    // Nothing is left that a terminal would act on, whoever shows the document there.
     const std::string quoted =
-        WithoutHidden(json(piece).dump(-1, ' ', false, json::error_handler_t::replace));
+        NameHidden(json(piece).dump(-1, ' ', false, json::error_handler_t::replace), JsonEscape);
     Raw(std::string_view(quoted).substr(1, quoted.size() - 2));
   });
   Raw("\"");

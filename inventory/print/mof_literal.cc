@@ -31,7 +31,7 @@ std::string Escaped(std::string_view piece) {
       continue;
     }
     const Hidden hidden = FindHidden(valid, i).value_or(Hidden{code, 0});
-    if (code < ' ' || code == 0x7F || hidden.size > 0) {
+    if (code < ' ' || hidden.size > 0) {
       char escape[16];
       std::snprintf(escape, sizeof escape, "\\x%04X", hidden.code);
       literal += escape;

@@ -67,11 +67,12 @@ bool PathWalk::Follow() {
 
 bool PathWalk::GoBehind() { return Reach(0); }
 
-bool IsPlanted(int folder, const struct stat& status) {
-  if (status.st_uid == 0 || status.st_uid == geteuid()) return false;
-  struct stat above {};
-  // Others may add names there, and cannot take away ours. What cannot be looked at is taken for
-  // one.
+bool IsForAll(int folder) {
+  struct stat status {};
   constexpr mode_t kForAll = S_ISVTX | S_IWOTH;
-  return fstat(folder, &above) != 0 || (above.st_mode & kForAll) == kForAll;
+  return fstat(folder, &status) != 0 || (status.st_mode & kForAll) == kForAll;
+}
+
+bool IsPlanted(int folder, const struct stat& status) {
+  return status.st_uid != 0 && status.st_uid != geteuid() && IsForAll(folder);
 }

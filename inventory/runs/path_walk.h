@@ -50,6 +50,10 @@ class PathWalk {
   int links_ = 0;
 };
 
+/// Whether others may add names there, and cannot take away ours; true for a folder that cannot be
+/// looked at.
+bool IsForAll(int folder);
+
 /// Whether what has this status is somebody else's, neither root's nor the user's of this program,
 /// in a folder where everybody may put things: there it may have been planted.
 bool IsPlanted(int folder, const struct stat& status);

@@ -48,7 +48,7 @@ std::string Describe(const struct stat& status, const fs::path& place) {
   return name + why + "; mend it with: " + command;
 }
 
-bool IsForAll(const struct stat& status) {
+bool IsShared(const struct stat& status) {
   return S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0 &&
          (status.st_mode & kWritableByOthers) != 0;
 }
@@ -82,7 +82,7 @@ Descriptor OpenJudged(const fs::path& program, std::string& why_not) {
       place /= walk.GetName();
     }
     if (!why_not.empty()) continue;
-    if (IsForAll(walk.GetStatus())) {
+    if (IsShared(walk.GetStatus())) {
       for_all = place.string();
     } else if (IsUsersOwn(walk.GetReached().Get())) {
       why_not = place.string() + " is on a file system that a user can make up";
