@@ -30,6 +30,8 @@ const char* NameOf(ProblemKind kind) {
       return "repository_full";
     case ProblemKind::kUnknownClass:
       return "unknown_class";
+    case ProblemKind::kCollectionFailed:
+      return "collection_failed";
     case ProblemKind::kPluginFailed:
       break;
   }

@@ -21,6 +21,7 @@ enum class ProblemKind {
   kRepositoryFull,      ///< More was published than the host's repository takes.
   kPluginFailed,        ///< The plug-in or the host threw, and no output is to blame.
   kUnknownClass,        ///< A class that was asked for and is none of the schema's.
+  kCollectionFailed,    ///< There was no collection, or it has come to nothing.
 };
 
 /// "tool_absent", "run_failed", ...: as documents name it.

@@ -15,6 +15,7 @@
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
+#include "inventory/print/openmetrics_printer.h"
 #include "inventory/print/text_report.h"
 #include "inventory/runs/recording_index.h"
 #include "standin/schema.h"
@@ -36,7 +37,7 @@ constexpr char kFooter[] =
 
 /// The views that a format names. The instances as text and the check are asked for otherwise.
 constexpr std::pair<const char*, PrintView> kFormats[] = {
-    {"text", PrintText}, {"json", PrintJson}, {"mof", PrintMof}};
+    {"text", PrintText}, {"json", PrintJson}, {"mof", PrintMof}, {"openmetrics", PrintOpenMetrics}};
 constexpr std::pair<const char*, RunsShown> kRunsShown[] = {
     {"none", RunsShown::kNone}, {"failed", RunsShown::kFailed}, {"all", RunsShown::kAll}};
 constexpr std::pair<const char*, Color> kColors[] = {

@@ -67,6 +67,10 @@ Severity JudgeOperation(const Operation& operation) {
 
 bool IsRebuild(const Text& text) { return text && HoldsOneOf(*text, {"rebuild", "re-build"}); }
 
+bool IsHotSpare(const State& state) {
+  return state.text && state.judgement == Severity::kFine && HoldsOneOf(*state.text, {"hot spare"});
+}
+
 bool IsRebuilding(const Operation& operation) {
   const bool goes_on = JudgeFlag(operation.is_active) != Severity::kFine ||
                        (operation.status && IsOneOf(*operation.status, {"in progress"}));

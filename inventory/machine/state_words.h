@@ -24,6 +24,9 @@ Severity JudgeOperation(const Operation& operation);
 /// The state of a drive or device, or an operation's name.
 bool IsRebuild(const Text& text);
 
+/// A drive that waits to take the place of another, and can.
+bool IsHotSpare(const State& state);
+
 /// The operation is one, and goes on.
 bool IsRebuilding(const Operation& operation);
 
