@@ -19,13 +19,14 @@
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
+#include "inventory/print/openmetrics_printer.h"
 #include "inventory/print/text_report.h"
 #include "standin/host_services.h"
 #include "standin/schema.h"
 
 namespace {
 
-const char* const kFormatNames[] = {"text", "json", "mof", "check", "instances", "changes"};
+const char* const kFormatNames[] = {"text", "json", "mof", "check", "instances", "changes", "openmetrics"};
 
 /// The changes since there were half the devices.
 int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& output) {
@@ -43,7 +44,7 @@ int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& outpu
 
 void Print(const Report& report, std::int64_t format) {
   static constexpr PrintView kViews[] = {PrintText,  PrintJson,      PrintMof,
-                                         PrintCheck, PrintInstances, PrintChanged};
+                                         PrintCheck, PrintInstances, PrintChanged, PrintOpenMetrics};
   OutputFile output(FindPlace("/dev/null"));
   const Machine machine = ReadMachine(report);
   benchmark::DoNotOptimize(kViews[format]({report, machine}, {}, output));
@@ -74,7 +75,7 @@ void BM_SampleMachine(benchmark::State& state) {
   for (auto _ : state) run();
   state.SetLabel(kFormatNames[state.range(0)]);
 }
-BENCHMARK(BM_SampleMachine)->DenseRange(0, 5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SampleMachine)->DenseRange(0, 6)->Unit(benchmark::kMillisecond);
 
 /// A controller with so many drives, each with counters, and their associations.
 void Fill(standin::Repository& repository, int drives) {
@@ -151,7 +152,7 @@ void BM_TwiceTheInstances(benchmark::State& state) {
   state.counters["ratio"] = ratios[ratios.size() / 2];
   state.SetLabel(kFormatNames[state.range(0)]);
 }
-BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 6)->Unit(benchmark::kMillisecond);
 
 /// Devices a second, read and judged.
 void BM_ReadMachine(benchmark::State& state) {

@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+#include <sstream>
 
 void Expect(bool holds, std::string_view what, std::string_view shown) {
   if (holds) return;
@@ -49,6 +52,30 @@ void ExpectCheckLine(const std::string& line, int exit_status) {
          "a check is no single line", line);
   Expect(line.starts_with("KRAID " + std::string(kWords[exit_status]) + " - "),
          "a check does not say how it ends", line);
+}
+
+void ExpectMetrics(const std::string& text) {
+  static const std::regex sample(
+      R"re((kraid_[a-z_]+)(\{[a-z_]+="(\\[\\"]|[^\\"])*"(,[a-z_]+="(\\[\\"]|[^\\"])*")*\})? [0-9.]+)re",
+      std::regex::optimize);
+  static constexpr std::size_t kLongest = 3000;  // 20 labels of 128 bytes, with room for escapes
+  ExpectFitForTerminal(text, false);
+  Expect(text.ends_with("\n# EOF\n"), "metrics do not end", text);
+  std::set<std::string> families;
+  std::set<std::string> samples;
+  std::string family;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("# HELP ")) {
+      family = line.substr(7, line.find(' ', 7) - 7);
+      Expect(families.insert(family).second, "a family comes twice", line);
+    }
+    if (line.starts_with('#')) continue;
+    std::smatch parts;
+    Expect(line.size() < kLongest && std::regex_match(line, parts, sample), "no sample", line);
+    Expect(parts[1] == family, "a sample of another family", line);
+    Expect(samples.insert(line.substr(0, line.rfind(' '))).second, "a sample comes twice", line);
+  }
 }
 
 void ExpectOneLine(const std::string& message) {

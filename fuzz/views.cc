@@ -19,6 +19,7 @@
 #include "inventory/print/json_printer.h"
 #include "inventory/print/machine_json.h"
 #include "inventory/print/mof_printer.h"
+#include "inventory/print/openmetrics_printer.h"
 #include "inventory/print/text_report.h"
 #include "inventory/runs/run_problems.h"
 #include "inventory/runs/tool_runs.h"
@@ -28,12 +29,6 @@
 #include "standin/host_services.h"
 
 namespace {
-
-class TextSink final : public Sink {
- public:
-  void Write(std::string_view written) override { text += written; }
-  std::string text;
-};
 
 /// A text without the sequences that colour it, and without blanks at the ends of its lines, which
 /// stay where they are coloured.
@@ -166,6 +161,7 @@ void ExpectGoodViews(const Report& report, const Machine& machine, const Compari
   options.has_instances = comparison == nullptr;
   if (options.has_instances) ExpectMof(print(PrintMof, options));
   ExpectJson(print(PrintJson, options));
+  ExpectMetrics(print(PrintOpenMetrics, options));
   int status = 0;
   const std::string check = print(PrintCheck, options, &status);
   ExpectCheckLine(check, status);

@@ -206,7 +206,7 @@ TEST(Check, ExpectsWhatWasThere) {
     const Report report{"h", 0, now.problems, now.repository};
     const Machine machine = ReadMachine(report);
     const Comparison comparison = Compare({"", "h", before.Read()}, machine, "h", now.problems);
-    StringSink sink;
+    TextSink sink;
     EXPECT_EQ(PrintCheck({report, machine, &comparison}, {}, sink), c.status);
     EXPECT_TRUE(sink.text.starts_with(std::string("KRAID ") + c.start)) << sink.text;
   }

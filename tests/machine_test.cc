@@ -47,7 +47,7 @@ std::string DescribeHealth(const Machine& machine) {
 
 /// All that is known of it, as documents have it, but for what health says.
 std::string DescribeMachine(const Machine& machine) {
-  StringSink sink;
+  TextSink sink;
   JsonWriter json(sink);
   WriteMachineJson(machine, json);
   std::string text;

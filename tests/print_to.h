@@ -11,17 +11,10 @@
 #include "inventory/print/view.h"
 #include "standin/repository.h"
 
-/// Keeps what is written.
-class StringSink final : public Sink {
- public:
-  void Write(std::string_view written) override { text += written; }
-  std::string text;
-};
-
 /// What `print` writes to the sink that it is given.
 template <class Print>
 std::string Printed(const Print& print) {
-  StringSink sink;
+  TextSink sink;
   print(sink);
   return std::move(sink.text);
 }

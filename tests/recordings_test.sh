@@ -20,7 +20,7 @@ replay() {  # in another place, with nothing in the environment, and no tool to 
 
 # Each machine of the tests, behind the sample's tools; the formats and modes take turns.
 modes=("--format json --runs all" "--check" "" "--format mof" "--format json --as-host"
-  "--format json --passes 2" "--verbose")
+  "--format json --passes 2" "--verbose" "--format openmetrics")
 turn=0
 for machine in "$source"/demo "$source"/tests/machines/*/; do
   [ -d "$machine/kraid" ] || continue

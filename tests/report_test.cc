@@ -110,7 +110,7 @@ TEST(Check, JudgesTheMachineAndTheCollection) {
   for (const auto& c : cases) {
     standin::Repository repository;
     CommitDevice(repository, c.state);
-    StringSink sink;
+    TextSink sink;
     const Report report = {"h", 0, c.problems, repository};
     EXPECT_EQ(PrintCheck({report, ReadMachine(report)}, {}, sink), c.status);
     const std::string& line = sink.text;

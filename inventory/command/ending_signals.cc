@@ -28,12 +28,12 @@ const std::vector<int>& EndingSignals() {
 }
 
 // For the signal handler: it changes only while that is kept from running.
-char last_words[500];
+char last_words[4096];
 std::size_t last_words_size = 0;
 
 void EndBySignal(int number) {
   KillAllProcesses();
-  UnfinishedFile::RemoveAll();
+  UnfinishedFile::EndAll();
   // Only where it does not wait for a reader: nothing may keep this program from ending.
   pollfd output = {STDOUT_FILENO, POLLOUT, 0};
   if (last_words_size > 0 && poll(&output, 1, 0) > 0) {
@@ -87,7 +87,9 @@ void SayWhenASignalEnds(const std::string& text) {
 // running.
 UnfinishedFile* UnfinishedFile::first_ = nullptr;
 
-UnfinishedFile::~UnfinishedFile() {
+UnfinishedFile::~UnfinishedFile() { Remove(); }
+
+void UnfinishedFile::Remove() {
   if (name_.empty()) return;
   const SignalsBlocked blocked;
   unlinkat(folder_, name_.c_str(), 0);
@@ -120,9 +122,17 @@ bool UnfinishedFile::MoveTo(const std::string& name) {
   return true;
 }
 
-void UnfinishedFile::RemoveAll() noexcept {
+void UnfinishedFile::MoveWhenASignalEnds(const std::string& name) {
+  const SignalsBlocked blocked;
+  last_name_ = name;
+}
+
+void UnfinishedFile::EndAll() noexcept {
   for (const UnfinishedFile* file = first_; file != nullptr; file = file->next_) {
-    unlinkat(file->folder_, file->name_.c_str(), 0);
+    const char* const name = file->name_.c_str();
+    const bool is_moved = !file->last_name_.empty() && renameat(file->folder_, name, file->folder_,
+                                                                file->last_name_.c_str()) == 0;
+    if (!is_moved) unlinkat(file->folder_, name, 0);
   }
 }
 

@@ -7,8 +7,8 @@
 /// that the caller of this program had ignored stay ignored.
 void CleanUpOnSignals();
 
-/// What is written to standard output when a signal ends this program; "" for nothing. At most 500
-/// bytes of it are.
+/// What is written to standard output when a signal ends this program; "" for nothing. At most 4096
+/// bytes of it are, which a pipe takes without waiting.
 void SayWhenASignalEnds(const std::string& text);
 
 /// A file on its way to its place: until it gets there it goes with the object, and with this
@@ -27,9 +27,13 @@ class UnfinishedFile {
   /// Gives the file this name in the folder, where it stays. Returns false with errno set when it
   /// cannot.
   bool MoveTo(const std::string& name);
+  /// When a signal ends this program the file gets this name instead of going.
+  void MoveWhenASignalEnds(const std::string& name);
+  /// Removes the file, if there is one.
+  void Remove();
 
-  /// Removes all that there are; async-signal-safe.
-  static void RemoveAll() noexcept;
+  /// Removes all that there are, or gives them the names that they get then; async-signal-safe.
+  static void EndAll() noexcept;
 
  private:
   void Forget();
@@ -37,7 +41,8 @@ class UnfinishedFile {
   static UnfinishedFile* first_;
   UnfinishedFile* next_ = nullptr;
   int folder_ = -1;
-  std::string name_;  // "" when there is no file
+  std::string name_;       // "" when there is no file
+  std::string last_name_;  // that it gets when a signal ends this program; "" for none
 };
 
 #endif  // INVENTORY_COMMAND_ENDING_SIGNALS_H_

@@ -31,6 +31,7 @@
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
 #include "inventory/print/document_reader.h"
+#include "inventory/print/openmetrics_printer.h"
 #include "inventory/runs/left_processes.h"
 #include "inventory/runs/recording.h"
 #include "inventory/runs/recording_reader.h"
@@ -273,51 +274,79 @@ int Print(const Options& options, const Outcome& outcome, OutputFile& output) {
   return options.view({*outcome.report, outcome.machine, comparison}, view, output);
 }
 
-}  // namespace
+bool AreMetrics(const Options& options) { return options.view == PrintOpenMetrics; }
 
-int RunInventory(const Options& options) {
-  const auto refuse = [&options](const std::string& why, int exit_status) {
-    return Refuse(why, options.is_check, exit_status);
-  };
-  if (options.is_check) {
-    SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
+/// Takes the recording that is to be shown, or the lock for collecting one.
+void Begin(const Options& options, Source& source, CollectionLock& lock,
+           std::optional<std::chrono::milliseconds>& limit) {
+  std::string why;
+  if (!options.replay.empty()) {
+    source.recording = ReadRecording(options.replay);
+    why = WhyTooOld(source.recording, options);
+  } else if (options.lock) {
+    why = WaitForLock(lock, limit);
   }
-  Places places(options);
-  const std::string clash = FindClash(options, places);
-  if (!clash.empty()) return refuse(clash, kExitOutput);
-  OutputFile output(std::move(places.output));
-  if (!output.GetError().empty()) {
-    return refuse(CannotWrite(options.output, output.GetError()), kExitOutput);
+  if (!why.empty()) throw Refusal(why, kExitFailed);
+}
+
+/// Returns the folder of the recording that is to be made; "" for none.
+std::filesystem::path FindRecord(const Options& options, const FilePlace& place) {
+  if (options.record.empty()) return {};
+  std::string why = place.error;
+  if (why.empty()) why = WhyNoRecordingFits(options.record);
+  if (!why.empty()) throw Refusal(CannotWrite(options.record, why), kExitOutput);
+  return PathOf(place);
+}
+
+void Record(const Options& options, const Recording& recording, const std::filesystem::path& folder,
+            Report& report) {
+  const std::string why = WriteRecording(recording, folder);
+  if (why.empty()) return;
+  const std::string text = CannotWrite(options.record, why);
+  if (!AreMetrics(options)) throw Refusal(text, kExitOutput);
+  // What was found is worth more to those who watch a fleet than that it is not kept.
+  Complain(text);
+  report.problems.push_back({options.record.string(), why, ProblemKind::kCollectionFailed});
+  report.exit_status = kExitOutput;
+}
+
+/// Prints what is asked for, and finishes the output. Returns the exit status.
+int PrintAll(const Options& options, Outcome& outcome, OutputFile& output) {
+  SayWhenASignalEnds("");
+  if (!options.controllers.empty()) {
+    const std::string missing = SelectControllers(
+        options.controllers, outcome.machine, outcome.comparison ? &*outcome.comparison : nullptr);
+    if (!missing.empty()) throw Refusal(missing, kExitFailed);
+    SelectProblems(outcome.machine, outcome.report->problems);
   }
+  const int exit_status = Print(options, outcome, output);
+  output.Finish();
+  if (output.GetError().empty()) return exit_status;
+  if (!options.output.empty()) {
+    throw Refusal(CannotWrite(options.output, output.GetError()), kExitOutput);
+  }
+  if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
+  return kExitOutput;
+}
+
+/// Collects and prints, when it is known where to. Returns the exit status.
+int Answer(const Options& options, const Places& places, OutputFile& output) {
   LogFile log(places.log);
   if (!log.GetError().empty()) {
-    return refuse(CannotWrite(options.log, log.GetError()), kExitOutput);
+    throw Refusal(CannotWrite(options.log, log.GetError()), kExitOutput);
   }
-  std::filesystem::path record;
-  if (!options.record.empty()) {
-    std::string why = places.record.error;
-    if (why.empty()) why = WhyNoRecordingFits(options.record);
-    if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
-    record = PathOf(places.record);
-  }
+  const std::filesystem::path record = FindRecord(options, places.record);
   std::optional<EarlierMachine> earlier = ReadEarlier(options);
   std::error_code error;
   if (!options.root.empty()) std::filesystem::current_path(options.root, error);
   if (error) {
-    return refuse("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
+    throw Refusal("cannot work in " + options.root.string() + ": " + error.message(), kExitUsage);
   }
 
   Source source(options);
   CollectionLock lock;
   auto limit = options.timeout;
-  if (!options.replay.empty()) {
-    source.recording = ReadRecording(options.replay);
-    const std::string why = WhyTooOld(source.recording, options);
-    if (!why.empty()) return refuse(why, kExitFailed);
-  } else if (options.lock) {
-    const std::string why = WaitForLock(lock, limit);
-    if (!why.empty()) return refuse(why, kExitFailed);
-  }
+  Begin(options, source, lock, limit);
   Outcome outcome = TakeOutcome(options, limit, log, source);
   outcome.machine = ReadMachine(*outcome.report);
   AddProblems(options, outcome);
@@ -330,39 +359,70 @@ int RunInventory(const Options& options) {
     Complain(CannotWrite(options.log, log.GetError()));
     outcome.report->exit_status = kExitOutput;
   }
-  if (!options.record.empty()) {
-    const std::string why = WriteRecording(source.recording, record);
-    if (!why.empty()) return refuse(CannotWrite(options.record, why), kExitOutput);
+  if (!record.empty()) Record(options, source.recording, record, *outcome.report);
+  return PrintAll(options, outcome, output);
+}
+
+std::string MetricsOfNothingNow(const std::string& why) {
+  return MetricsOfNothing(why, standin::Services().get_local_time());
+}
+
+/// Why the exception was thrown that is being handled.
+std::string WhyThrown() {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    return error.what();
+  } catch (...) {
+    return "an unknown exception";
   }
-  SayWhenASignalEnds("");
-  if (!options.controllers.empty()) {
-    const std::string missing = SelectControllers(
-        options.controllers, outcome.machine, outcome.comparison ? &*outcome.comparison : nullptr);
-    if (!missing.empty()) return refuse(missing, kExitFailed);
-    SelectProblems(outcome.machine, outcome.report->problems);
+}
+
+}  // namespace
+
+int RunInventory(const Options& options) {
+  if (options.is_check) {
+    SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
   }
-  const int exit_status = Print(options, outcome, output);
-  output.Finish();
-  if (output.GetError().empty()) return exit_status;
-  if (!options.output.empty()) {
-    return refuse(CannotWrite(options.output, output.GetError()), kExitOutput);
+  Places places(options);
+  const std::string clash = FindClash(options, places);
+  if (!clash.empty()) throw Refusal(clash, kExitOutput);
+  OutputFile output(std::move(places.output));
+  if (AreMetrics(options)) {
+    // What a server still reads has to go, as it looks like an answer.
+    const std::string last_words = MetricsOfNothingNow("a signal ended the collection");
+    if (options.output.empty()) SayWhenASignalEnds(last_words);
+    output.SetLastWords(last_words);
   }
-  if (!output.IsBrokenPipe()) Complain("cannot write the output: " + output.GetError());
-  return kExitOutput;
+  if (!output.GetError().empty()) {
+    throw Refusal(CannotWrite(options.output, output.GetError()), kExitOutput);
+  }
+  try {
+    return Answer(options, places, output);
+  } catch (...) {
+    if (AreMetrics(options) && output.Restart()) {
+      output.Write(MetricsOfNothingNow(WhyThrown()));
+      output.Finish();
+    }
+    throw;
+  }
 }
 
 int RunCommand(int argc, const char* const* argv) {
-  std::string why = "an unknown exception";
+  int exit_status = kExitFailed;
+  std::string why;
   try {
-    int exit_status = kExitAnswered;
     const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
     if (!options) return exit_status;
     InheritLeftProcesses();
     CleanUpOnSignals();
     return RunInventory(*options);
-  } catch (const std::exception& error) {
-    why = error.what();
+  } catch (const Refusal& refusal) {
+    exit_status = refusal.exit_status;
+    why = refusal.what();
   } catch (...) {
+    exit_status = kExitFailed;
+    why = WhyThrown();
   }
-  return Refuse(why, IsCheck(argc, argv), kExitFailed);
+  return Refuse(why, IsCheck(argc, argv), exit_status);
 }

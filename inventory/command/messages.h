@@ -1,9 +1,17 @@
 #ifndef INVENTORY_COMMAND_MESSAGES_H_
 #define INVENTORY_COMMAND_MESSAGES_H_
 
+#include <stdexcept>
 #include <string>
 
 #include "inventory/base/run_record.h"
+
+/// Why nothing can be answered, for a person, and how the command ends then.
+struct Refusal : std::runtime_error {
+  Refusal(const std::string& why, int how) : std::runtime_error(why), exit_status(how) {}
+
+  int exit_status;
+};
 
 /// Writes one line to standard error, behind this program's name; Sanitized.
 void Complain(const std::string& text);

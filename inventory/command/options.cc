@@ -176,7 +176,7 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
           ->check(CLI::ExistingFile.description(""));
   CLI::Option* const format =
       AddChoice(app, "--format", options.view, kFormats,
-                "text, for people (the default); json; mof, for the schema kvxsg.mof");
+                "text, for people (the default); json; mof, for the schema kvxsg.mof; openmetrics");
   AddChoice(app, "--color", options.color, kColors,
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
   app.add_flag("--brief", options.brief, "text: what needs attention, and nothing else");
@@ -273,6 +273,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (options.brief && !(is_text && options.all_classes)) {
     return RefuseUsage("--brief is for the text report", arguments, exit_status);
   }
+  if (options.view == PrintOpenMetrics && !options.all_classes) {
+    return RefuseUsage("--format openmetrics goes with no classes", arguments, exit_status);
+  }
   if (!options.controllers.empty() && (options.view == PrintMof || !options.all_classes)) {
     return RefuseUsage("--controller goes with neither mof nor classes", arguments, exit_status);
   }
@@ -280,7 +283,8 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
     return RefuseUsage("--no-instances is for json of all classes", arguments, exit_status);
   }
   options.instances = !no_instances;
-  if (compare->count() > 0 && (check || options.view == PrintMof || !options.all_classes)) {
+  const bool compares = is_text || options.view == PrintJson;
+  if (compare->count() > 0 && !(compares && !check && options.all_classes)) {
     return RefuseUsage("--compare is for the text report and json", arguments, exit_status);
   }
   if (expect->count() > 0 && !check) {

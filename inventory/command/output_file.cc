@@ -79,7 +79,27 @@ OutputFile::~OutputFile() {
   if (file_ != nullptr && file_ != stdout) std::fclose(file_);
 }
 
+void OutputFile::SetLastWords(std::string_view text) {
+  if (!is_replaced_ || !error_.empty()) return;
+  const standin::Descriptor file(last_words_.Create(place_.folder.Get()));
+  if (!file.IsOpen() ||
+      write(file.Get(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+    return Fail();
+  }
+  TakeAfter(place_, file.Get());
+  last_words_.MoveWhenASignalEnds(place_.name);
+}
+
+bool OutputFile::Restart() {
+  if (!error_.empty()) return false;
+  if (!is_begun_) return true;
+  if (!is_replaced_ || std::fflush(file_) != 0 || ftruncate(fileno(file_), 0) != 0) return false;
+  std::rewind(file_);
+  return true;
+}
+
 void OutputFile::Write(std::string_view text) {
+  is_begun_ = true;
   if (error_.empty() && std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Fail();
 }
 
@@ -95,7 +115,8 @@ void OutputFile::Finish() {
     return;
   }
   TakeAfter(place_, fileno(file_));  // not before: nobody else reads what is not whole
-  if (fsync(fileno(file_)) != 0 || !unfinished_.MoveTo(place_.name)) Fail();
+  if (fsync(fileno(file_)) != 0 || !unfinished_.MoveTo(place_.name)) return Fail();
+  last_words_.Remove();
 }
 
 void OutputFile::Fail() {

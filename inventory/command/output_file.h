@@ -22,6 +22,11 @@ class OutputFile final : public Sink {
   OutputFile& operator=(const OutputFile&) = delete;
 
   void Write(std::string_view text) override;
+  /// What the file holds when a signal ends this program before it is finished, instead of what was
+  /// in it before. Nothing where it is not replaced.
+  void SetLastWords(std::string_view text);
+  /// Takes back what was written. Returns false where that cannot be.
+  bool Restart();
   /// The last call: all is written, and the file takes its place.
   void Finish();
 
@@ -33,9 +38,11 @@ class OutputFile final : public Sink {
  private:
   void Fail();
 
-  FilePlace place_;  // its folder outlives the unfinished file
+  FilePlace place_;  // its folder outlives the unfinished files
   bool is_replaced_ = false;
+  bool is_begun_ = false;
   UnfinishedFile unfinished_;
+  UnfinishedFile last_words_;
   std::FILE* file_ = nullptr;
   std::string error_;
   bool broken_pipe_ = false;

@@ -23,21 +23,22 @@ constexpr std::size_t kReasons = static_cast<std::size_t>(ReasonCode::kUnreadabl
 /// A machine may have thousands of problems; whoever reads these wants to know where to begin.
 constexpr std::size_t kProblemsNamed = 10;
 
-void WriteTimes(const Report& report, OpenMetricsWriter& metrics) {
-  using Seconds = std::chrono::duration<double>;
+using Seconds = std::chrono::duration<double>;
+
+void WriteStart(const NKVXHMZ20::TCIMDateTime& time, OpenMetricsWriter& metrics) {
   metrics.Family("kraid_build_info", "The program that collected.");
   metrics.Sample(MetricLabels().With("version", kProgramVersion), 1);
-  if (!report.host.empty()) {
-    metrics.Family("kraid_machine_info", "The machine, by its own name.");
-    metrics.Sample(MetricLabels().With("host", report.host), 1);
-  }
-  if (const auto start = ToInstant(report.collected_at)) {
+  if (const auto start = ToInstant(time)) {
     metrics.Family("kraid_collection_start_time_seconds",
                    "When the collection began, since the epoch.");
     metrics.Sample({}, Seconds(start->utc.time_since_epoch()).count());
   }
-  metrics.Family("kraid_collection_duration_seconds", "How long the collection took.");
-  metrics.Sample({}, Seconds(report.duration).count());
+}
+
+void WriteComplete(bool is_complete, OpenMetricsWriter& metrics) {
+  metrics.Family("kraid_collection_complete",
+                 "1 where all that the tools know was collected, of one controller at least.");
+  metrics.Sample({}, is_complete ? 1 : 0);
 }
 
 void WriteRuns(const std::vector<RunRecord>& runs, OpenMetricsWriter& metrics) {
@@ -98,15 +99,17 @@ void WriteFindings(const Machine& machine, OpenMetricsWriter& metrics) {
 
 void WriteCollectionMetrics(const Report& report, const Machine& machine,
                             OpenMetricsWriter& metrics) {
-  WriteTimes(report, metrics);
-  // The same that makes a check say "OK": no controller at all is more likely one that hides.
-  const bool is_complete = !machine.controllers.empty() &&
-                           std::none_of(report.problems.begin(), report.problems.end(), IsLoss);
-  metrics.Family("kraid_collection_complete",
-                 "1 where all that the tools know was collected, of one controller at least.");
-  metrics.Sample({}, is_complete ? 1 : 0);
-  WriteRuns(report.runs, metrics);
+  WriteStart(report.collected_at, metrics);
+  metrics.Family("kraid_machine_info", "The machine, by its own name.");
+  metrics.Sample(MetricLabels().With("host", report.host), 1);
+  metrics.Family("kraid_collection_duration_seconds", "How long the collection took.");
+  metrics.Sample({}, Seconds(report.duration).count());
+  // As for a check: no controller at all is more likely one that hides.
+  WriteComplete(!machine.controllers.empty() &&
+                    std::none_of(report.problems.begin(), report.problems.end(), IsLoss),
+                metrics);
   WriteProblems(report.problems, metrics);
+  WriteRuns(report.runs, metrics);
   WriteFindings(machine, metrics);
   const struct {
     const char* name;
@@ -123,4 +126,11 @@ void WriteCollectionMetrics(const Report& report, const Machine& machine,
     metrics.Family(count.name, count.help);
     metrics.Sample({}, static_cast<double>(count.count));
   }
+}
+
+void WriteFailedCollection(const std::string& why, const NKVXHMZ20::TCIMDateTime& time,
+                           OpenMetricsWriter& metrics) {
+  WriteStart(time, metrics);
+  WriteComplete(false, metrics);
+  WriteProblems({{"the collection", why, ProblemKind::kCollectionFailed}}, metrics);
 }

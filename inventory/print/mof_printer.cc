@@ -29,16 +29,6 @@ bool IsIdentifier(std::string_view name) {
   return !name.empty() && name.find_first_not_of(kCharacters) == std::string_view::npos;
 }
 
-/// Keeps what is written behind a text.
-class TextSink final : public Sink {
- public:
-  explicit TextSink(std::string& text) : text_(text) {}
-  void Write(std::string_view written) override { text_ += written; }
-
- private:
-  std::string& text_;
-};
-
 class MofPrinter {
  public:
   MofPrinter(const Report& report, Sink& output) : report_(report), output_(output) {
@@ -95,16 +85,16 @@ class MofPrinter {
       return;
     }
     // The keys as they are written: two texts may differ in bytes that are not UTF-8 alone.
-    std::string written = *instance.class_name;
-    TextSink key_text(written);
+    TextSink written;
+    written.text = *instance.class_name;
     TCIMReference::Keys keys;
     for (const std::string_view key : classes_.at(*instance.class_name)->keys) {
       const TCIMValue* value = instance.Find(std::string(key));
       keys.emplace_back(key, *value);
-      written += ",";
-      WriteLiteral(*value, key_text);
+      written.text += ",";
+      WriteLiteral(*value, written);
     }
-    const bool is_first = printed_.insert(std::move(written)).second;
+    const bool is_first = printed_.insert(std::move(written.text)).second;
     if (!is_first) output_.Write("// Its keys are those of an earlier instance.\n");
 
     std::string alias;
