@@ -26,7 +26,8 @@
 
 namespace {
 
-const char* const kFormatNames[] = {"text", "json", "mof", "check", "instances", "changes", "openmetrics"};
+const char* const kFormatNames[] = {"text",      "json",    "mof",        "check",
+                                    "instances", "changes", "openmetrics"};
 
 /// The changes since there were half the devices.
 int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& output) {
@@ -43,8 +44,8 @@ int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& outpu
 }
 
 void Print(const Report& report, std::int64_t format) {
-  static constexpr PrintView kViews[] = {PrintText,  PrintJson,      PrintMof,
-                                         PrintCheck, PrintInstances, PrintChanged, PrintOpenMetrics};
+  static constexpr PrintView kViews[] = {PrintText,      PrintJson,    PrintMof,        PrintCheck,
+                                         PrintInstances, PrintChanged, PrintOpenMetrics};
   OutputFile output(FindPlace("/dev/null"));
   const Machine machine = ReadMachine(report);
   benchmark::DoNotOptimize(kViews[format]({report, machine}, {}, output));

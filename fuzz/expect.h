@@ -20,8 +20,8 @@ void ExpectWithin(const std::string& text, std::size_t width);
 /// What a monitoring system takes: one line that says how it ends, and that status.
 void ExpectCheckLine(const std::string& line, int exit_status);
 
-/// Metrics as OpenMetrics has them: each family in one piece, each of its samples with labels of its
-/// own, and the end at the end.
+/// Metrics as OpenMetrics has them: each family in one piece, each of its samples with labels of
+/// its own, and the end at the end.
 void ExpectMetrics(const std::string& text);
 
 /// The message of an error that is shown in one line.

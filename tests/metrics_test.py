@@ -44,7 +44,7 @@ def samples(text):
 seen = set()
 for machine in (source + "/demo", *glob.glob(source + "/tests/machines/*/")):
     os.makedirs("root/kraid")
-    for file in (*glob.glob(source + "/demo/kraid/*[!d]"), *glob.glob(machine + "/kraid/*.d")):
+    for file in (*glob.glob(source + "/demo/kraid/*[!.]?"), *glob.glob(machine + "/kraid/*.d")):
         os.symlink(file, "root/kraid/" + os.path.basename(file))
     ran = subprocess.run([*command, "--root", "root"], capture_output=True, text=True)
     seen |= {name for name, _ in samples(ran.stdout)}
