@@ -102,6 +102,8 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       {"--format", "json", "--output", "out", "--log", "log", "--record", "recording", "--timeout",
        "0.001"},  // few runs: those have had their test
       {"--format", "json", "--output", "out", "--replay", "recording"},
+      {"--format", "openmetrics", "--output", "metrics", "--replay", "recording"},
+      {"--format", "openmetrics", "--output", "metrics", "--record", "other", "--timeout", "0.001"},
       {"--check", "--expect", "out", "--timeout", "0.001"},
       {"--check", "--replay", "recording"},
       {"--check", "--no-lock", "--root", "tools", "--timeout", "0.001"},
@@ -118,6 +120,7 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
     for (const std::string& argument : arguments) argv.push_back(argument.c_str());
     const bool is_check = arguments[0] == "--check";
     FailEachCall([&](const auto& begin, const auto& end) {
+      std::ofstream("metrics") << "old";
       testing::internal::CaptureStdout();
       testing::internal::CaptureStderr();
       begin();
@@ -132,6 +135,9 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       } else {
         EXPECT_EQ(status == kExitAnswered, err.empty()) << status << err;
         EXPECT_LE(status, kExitOutput);
+        const std::string metrics = ReadFile("metrics");
+        const bool is_old = metrics == "old" && (arguments[1] == "json" || status == kExitOutput);
+        EXPECT_TRUE(is_old || metrics.ends_with("# EOF\n")) << status << err << metrics;
         // What was there before is whole as well.
         EXPECT_TRUE(nlohmann::json::accept(ReadFile("out")));
         EXPECT_TRUE(nlohmann::json::accept(ReadFile("recording/recording.json")));
@@ -139,6 +145,7 @@ TEST_F(Faults, OfTheCommandAreToldAndLeaveNoHalfFile) {
       for (const auto& entry : fs::directory_iterator(".")) {
         const std::string name = entry.path().filename();
         if (name == "out" || name == "log" || name == "recording" || name == "tools") continue;
+        if (name == "metrics" || name == "other") continue;
         // What cannot be taken away is named.
         EXPECT_NE(err.find(name), std::string::npos) << name << " " << err;
         fs::remove_all(entry);

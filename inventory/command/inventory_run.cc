@@ -367,6 +367,14 @@ std::string MetricsOfNothingNow(const std::string& why) {
   return MetricsOfNothing(why, standin::Services().get_local_time());
 }
 
+/// What a command line names may have gone since yesterday, and then its file is as old.
+void WriteMetricsOfWrongUsage(const std::optional<std::filesystem::path>& file) {
+  if (!file) return;
+  OutputFile output(FindPlace(*file));
+  output.Write(MetricsOfNothingNow("the command line is wrong, or what it names is not there"));
+  output.Finish();
+}
+
 /// Why the exception was thrown that is being handled.
 std::string WhyThrown() {
   try {
@@ -413,7 +421,10 @@ int RunCommand(int argc, const char* const* argv) {
   std::string why;
   try {
     const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
-    if (!options) return exit_status;
+    if (!options) {
+      if (exit_status == kExitUsage) WriteMetricsOfWrongUsage(FindMetricsFile(argc, argv));
+      return exit_status;
+    }
     InheritLeftProcesses();
     CleanUpOnSignals();
     return RunInventory(*options);

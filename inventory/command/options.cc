@@ -145,6 +145,23 @@ bool IsCheck(int argc, const char* const* argv) {
   });
 }
 
+std::optional<fs::path> FindMetricsFile(int argc, const char* const* argv) {
+  CLI::App app;
+  app.allow_extras();
+  app.set_help_flag();
+  std::string format;
+  std::string output;
+  app.add_option("--format", format);
+  app.add_option("--output", output);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError&) {
+    return std::nullopt;
+  }
+  if (format != "openmetrics") return std::nullopt;
+  return output;
+}
+
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status) {
   Options options;
   options.plugin = DefaultPlugin();
