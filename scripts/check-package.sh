@@ -6,6 +6,7 @@ set -eu
 cd "$(dirname "$0")/.."
 build=${1:-build/release}
 name=kraid-inventory
+wants=/etc/systemd/system/timers.target.wants
 
 fail() {
   echo "check-package: $*" >&2
@@ -23,6 +24,7 @@ case $status in
   *) fail "the package $name is on this machine already ($status): it is left alone" ;;
 esac
 if found=$(command -v $name); then fail "there is $found already: it is left alone"; fi
+[ ! -e /var/lib/$name ] || fail "there is /var/lib/$name already: it is left alone"
 
 work=$(mktemp -d)
 installing=""
@@ -30,7 +32,10 @@ clean_up() {
   # The status of what has failed is kept, whatever happens here.
   code=$?
   trap - EXIT
-  if [ -n "$installing" ]; then $as_root dpkg --purge $name >/dev/null 2>&1 || code=1; fi
+  if [ -n "$installing" ]; then
+    $as_root dpkg --purge $name >/dev/null 2>&1 || code=1
+    $as_root rm -rf /var/lib/$name $wants/$name.timer  # whatever its own scripts do
+  fi
   rm -rf "$work"
   exit $code
 }
@@ -84,9 +89,30 @@ warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -Tutf8 -E UTF-8 "$page" 2>&
 grep -q "$name $version" "$work/page" || fail "the manual page is not that of version $version"
 zcat "$page" | mandoc -T lint -W warning || fail "mandoc complains about the manual page"
 bash -n /usr/share/bash-completion/completions/$name || fail "the completion cannot be read"
-for document in copyright changelog.gz json.md mof.md report.md; do
+for document in copyright changelog.gz fleet.md json.md mof.md report.md; do
   [ -s /usr/share/doc/$name/$document ] || fail "$document is missing"
 done
+
+# The units: nothing is enabled before somebody says so, and that ends with the package; so do metrics,
+# wherever they were published. What was recorded stays until the purge.
+units=/usr/lib/systemd/system
+complaints=$(systemd-analyze verify --man=no $units/$name.service $units/$name.timer 2>&1) ||
+  fail "systemd-analyze: $complaints"
+[ -z "$complaints" ] || fail "systemd-analyze complains: $complaints"
+[ ! -e $wants/$name.timer ] || fail "the timer is enabled by installing"
+$as_root systemctl --quiet enable $name.timer
+[ -e $wants/$name.timer ] || fail "the timer is not enabled by one command"
+mkdir "$work/metrics"
+echo "KRAID_METRICS_FOLDER=\"$work/metrics\"" | $as_root tee -a /etc/default/$name >/dev/null
+$as_root mkdir -p /var/lib/$name
+run --replay demo --format openmetrics --output "$work/kraid.prom"
+$as_root env EXIT_CODE=exited RUNTIME_DIRECTORY="$work" KRAID_METRICS_FOLDER="$work/metrics" \
+  /usr/lib/$name/publish-metrics
+grep -q '^kraid_controllers 4$' "$work/metrics/kraid.prom" || fail "the metrics are not published"
+$as_root dpkg --remove $name >"$work/log" 2>&1 || fail "removing failed: $(cat "$work/log")"
+[ ! -L $wants/$name.timer ] || fail "the timer is still enabled"
+[ ! -e "$work/metrics/kraid.prom" ] || fail "the metrics are still published"
+[ -d /var/lib/$name ] || fail "what was recorded is gone before the purge"
 
 $as_root dpkg --purge $name >"$work/log" 2>&1 || fail "purging failed: $(cat "$work/log")"
 installing=""

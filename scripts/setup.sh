@@ -6,10 +6,10 @@
 # needed and goes on.
 
 packages_build="g++ cmake ninja-build libboost-dev libcli11-dev libsodium-dev nlohmann-json3-dev"
-packages_test="libgtest-dev jq python3-jsonschema python3-prometheus-client"
+packages_test="libgtest-dev jq python3-jsonschema python3-prometheus-client systemd"
 packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
 packages_fuzz="clang-14 libclang-rt-14-dev"
-packages_package="dpkg-dev file jq lintian man-db mandoc"
+packages_package="dpkg-dev file jq lintian man-db mandoc systemd"
 
 need() {
   wanted=""
