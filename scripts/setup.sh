@@ -1,6 +1,6 @@
 # Sourced by demo.sh and test.sh: installs what the named purposes need and is not there yet.
 #
-#   need PURPOSE...      build, test, check, fuzz, package
+#   need PURPOSE...      build, test, check, fuzz, package, fleet
 #
 # On Debian and its relatives through apt-get (with sudo when not root); elsewhere it says what is
 # needed and goes on.
@@ -10,6 +10,7 @@ packages_test="libgtest-dev jq python3-jsonschema python3-prometheus-client syst
 packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
 packages_fuzz="clang-14 libclang-rt-14-dev"
 packages_package="dpkg-dev file jq lintian man-db mandoc systemd"
+packages_fleet="prometheus prometheus-alertmanager prometheus-node-exporter curl jq python3 python3-yaml"
 
 need() {
   wanted=""
