@@ -52,10 +52,13 @@ def ask(url, time, query):
 
 def main():
     url, time = sys.argv[1:]
-    answers, count = [], 0
+    answers, unanswered, count = [], [], 0
     for title, query in questions():
         count += 1
-        answers += [f"# {title}", *ask(url, time, query), ""]
+        lines = ask(url, time, query)
+        if not lines:
+            unanswered.append(title)
+        answers += [f"# {title}", *lines, ""]
     path = FLEET / "questions.expected"
     got = "\n".join(answers)
     if os.environ.get("KRAID_UPDATE_EXPECTED") == "1":
@@ -65,6 +68,8 @@ def main():
         sys.stderr.writelines(line + "\n" for line in difflib.unified_diff(
             expected.split("\n"), got.split("\n"), "questions.expected", "answers", lineterm="", n=2))
         sys.exit("check_questions: the answers are not those that are expected")
+    if unanswered:
+        sys.exit("check_questions: no series at all answers: " + "; ".join(unanswered))
     print(f"check_questions: {count} questions and alerts are answered as expected")
 
 

@@ -52,6 +52,7 @@ class Machine:
         self.random = random.Random(f"{seed}/{number}")
         self.samples = dict(template)
         self.up, self.scraped, self.has_metrics, self.readable = True, True, True, True
+        self.clock_s = 0  # ahead of ours
         self.collects_until = None  # the time of the last collection, where there is no further one
         self.heal()
         self.take_controllers(drives, fault)
@@ -157,10 +158,15 @@ class Machine:
         self.random.shuffle(there)
         needed = fault.needs if fault else None
         if needed:
-            there.sort(key=lambda controller: not self.find(needed, controller=controller))
+            there.sort(key=lambda controller: not any(
+                fault.value in (None, self.samples[key]) for key in self.find(needed, controller=controller)))
         taken = 0
         for position, controller in enumerate(there):
             own = self.drives(controller=controller)
+            # Hot spares first: the others are those that too many drives are taken of.
+            spares = {dict(key[1])["device"] for key in self.find("kraid_device_hot_spare", controller=controller)
+                      if self.samples[key] == "1"}
+            own.sort(key=lambda drive: drive["device"] not in spares)
             if taken >= drives and position:
                 self.drop(controller=controller)
                 continue
@@ -209,7 +215,7 @@ class Machine:
             return
         has_metrics = self.has_metrics and self.readable
         if self.collects_until is None or time <= self.collects_until:
-            self.collected = time - (time - self.number * 7) % INTERVAL - 5
+            self.collected = time - (time - self.number * 7) % INTERVAL - 5 + self.clock_s
         out.write(f"node_textfile_scrape_error{{{self.target}}} {int(not self.readable)} {time}\n")
         if not has_metrics:
             return
@@ -231,8 +237,10 @@ class Machine:
 # goes on with what happens then.
 
 class Fault:
-    def __init__(self, happens, needs=None):
-        self.name, self.happens, self.needs = happens.__name__, happens, needs
+    """What happens, and which series (with which value) a controller has to have for it."""
+
+    def __init__(self, happens, needs=None, value=None):
+        self.name, self.happens, self.needs, self.value = happens.__name__, happens, needs, value
 
 
 def place(drive):
@@ -319,6 +327,13 @@ def bad_stripes_grow(machine):
     machine.finding("warning", "bad_stripes")
 
 
+def bad_stripes_old(machine):
+    """A logical drive lost stripes long ago."""
+    machine.set("kraid_logical_drive_bad_stripes", 17, **machine.labels("kraid_logical_drive_bad_stripes")[0])
+    machine.finding("warning", "bad_stripes")
+    yield from ()
+
+
 def access_blocked(machine):
     yield 9
     machine.set("kraid_logical_drive_access_blocked", 1, **machine.labels("kraid_logical_drive_access_blocked")[0])
@@ -357,10 +372,42 @@ def drive_vanished(machine):
     machine.count()
 
 
+def device_missing(machine):
+    """An array names a drive that is not listed any more."""
+    drive, logical = machine.array_drive()
+    yield 10
+    machine.drop(**place(drive))
+    machine.count()
+    machine.set("kraid_controller_missing_devices", 1, controller=drive["controller"])
+    machine.state("logical_drive", "critical", "Critical (CRT)", **logical_place(logical))
+    machine.finding("critical", "device_missing")
+    machine.finding("critical", "drive_degraded")
+
+
+def not_listed(machine):
+    """A controller counts a failed drive that it does not list, and an operation failed."""
+    yield 10
+    machine.finding("critical", "counts_differ")
+    machine.finding("warning", "operation")
+
+
+def state_unclear(machine):
+    """A drive, and then a logical drive, has a word that nobody knows."""
+    drive, logical = machine.array_drive()
+    yield 10
+    machine.state("device", "warning", "Sanitizing", **place(drive))
+    machine.state("logical_drive", "warning", "Impacted", **logical_place(logical))
+    machine.finding("warning", "state_not_fine", 2)
+
+
 def spares_gone(machine):
     """All hot spares are used up."""
-    yield 26
-    machine.set("kraid_device_hot_spare", 0)
+    yield 18
+    for key in machine.find("kraid_device_hot_spare"):
+        if machine.samples[key] == "1":
+            where = place(dict(key[1]))
+            machine.set("kraid_device_hot_spare", 0, **where)
+            machine.relabel("kraid_device_info", {"state": "Online (ONL)"}, **where)
 
 
 def tool_refuses(machine):
@@ -395,6 +442,12 @@ def collection_stale(machine):
     """The timer does not run any more."""
     yield 11
     machine.collects_until = machine.collected
+
+
+def clock_ahead(machine):
+    """Its clock is an hour fast."""
+    yield 11
+    machine.clock_s = 3600
 
 
 def metrics_gone(machine):
@@ -440,16 +493,21 @@ FAULTS = [
     Fault(rebuilding, "kraid_device_hard_errors_total"),
     Fault(rebuild_stalled),
     Fault(bad_stripes_grow, "kraid_logical_drive_bad_stripes"),
+    Fault(bad_stripes_old, "kraid_logical_drive_bad_stripes"),
     Fault(access_blocked, "kraid_logical_drive_access_blocked"),
     Fault(battery_bad, "kraid_controller_battery_charge_ratio"),
     Fault(controller_failed),
     Fault(controller_vanished),
     Fault(drive_vanished),
-    Fault(spares_gone),
+    Fault(device_missing),
+    Fault(not_listed),
+    Fault(state_unclear),
+    Fault(spares_gone, "kraid_device_hot_spare", "1"),
     Fault(tool_refuses),
     Fault(tool_hangs),
     Fault(collection_failed),
     Fault(collection_stale),
+    Fault(clock_ahead),
     Fault(metrics_gone),
     Fault(metrics_unreadable),
     Fault(target_down),
