@@ -61,7 +61,10 @@ class Machine:
         self.prefixes = {}
         self.count()
         self.events = fault.happens(self) if fault else iter(())
-        self.next_event = next(self.events, None)
+        try:
+            self.next_event = next(self.events, None)
+        except IndexError:
+            sys.exit(f"simulated_fleet: {self.instance} has nothing to which {fault.name} could happen")
 
     # What is there.
 
@@ -546,7 +549,10 @@ def main():
         return
     if not arguments.templates:
         parser.error("which templates?")
-    templates = [read_template(path) for path in arguments.templates]
+    try:
+        templates = [read_template(path) for path in arguments.templates]
+    except OSError as error:
+        sys.exit(f"simulated_fleet: {error}")
     for number, fault in zip(numbers, faults):
         template = templates[number % len(templates)]
         machine = Machine(number, template, arguments.drives, fault, arguments.seed)
