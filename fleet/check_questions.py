@@ -27,7 +27,7 @@ def questions():
     page = (FLEET / "questions.md").read_text(encoding="utf-8")
     found = QUESTION.findall(page)
     if not found or len(found) != page.count("```promql") or len(found) != page.count("\n## "):
-        sys.exit("check_questions: questions.md: each title has to have one query, and each query a title")
+        sys.exit("check_questions: questions.md: each title needs one query, each query a title")
     yield from found
     rules = yaml.safe_load((FLEET / "kraid-alerts.yml").read_text(encoding="utf-8"))
     for group in rules["groups"]:
@@ -65,8 +65,9 @@ def main():
         path.write_text(got, encoding="utf-8")
     expected = path.read_text(encoding="utf-8")
     if got != expected:
-        sys.stderr.writelines(line + "\n" for line in difflib.unified_diff(
-            expected.split("\n"), got.split("\n"), "questions.expected", "answers", lineterm="", n=2))
+        difference = difflib.unified_diff(expected.splitlines(), got.splitlines(),
+                                          "questions.expected", "answers", n=2, lineterm="")
+        print(*difference, sep="\n", file=sys.stderr)
         sys.exit("check_questions: the answers are not those that are expected")
     if unanswered:
         sys.exit("check_questions: no series at all answers: " + "; ".join(unanswered))

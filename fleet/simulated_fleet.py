@@ -2,14 +2,14 @@
 """Samples of a fleet that is not there: OpenMetrics text with time stamps, on standard output.
 
 Each machine is made from a template, which is what `kraid-inventory --format openmetrics` wrote:
-faults in it are healed, host and serial numbers become its own, controllers are taken until there are
-enough drives, and copies of the last drive fill up what is still missing. Then one fault of the table
-at the end happens to it, or none. When a fault happens is counted back from the end, so what is there
-at the end does not depend on the duration. The same arguments give the same text; machine N is the
-same whatever other machines are written (--first), and only one is in memory at a time:
+faults in it are healed, host and serial numbers become its own, controllers are taken until there
+are enough drives, and copies of the last drive fill up what is still missing. Then one fault of the
+table at the end happens to it, or none. When a fault happens is counted back from the end, so what
+is there at the end does not depend on the duration. The same arguments give the same text; machine
+N is the same whatever other machines are written (--first), and only one is in memory at a time:
 
-    simulated_fleet.py --machines 1000 --drives 50 --every 100 --duration 48h --step 1h TEMPLATE... \\
-      >fleet.txt && promtool tsdb create-blocks-from openmetrics fleet.txt data
+    simulated_fleet.py --machines 1000 --drives 50 --every 100 TEMPLATE... >fleet.txt &&
+      promtool tsdb create-blocks-from openmetrics fleet.txt data
 """
 
 import argparse
@@ -18,14 +18,16 @@ import re
 import sys
 import zlib
 
+FILE = '"/var/lib/prometheus/node-exporter/kraid.prom"'
 SAMPLE = re.compile(r'^(\w+)(?:\{(.*)\})? (\S+)$')
 LABEL = re.compile(r'(\w+)="((?:[^"\\]|\\.)*)"')
 STATES = ("ok", "warning", "critical", "unknown")
+PARTS = ("controller", "logical_drive", "device")  # their names are those of their labels, too
 INTERVAL = 900  # seconds, of the timer
 
 
 def read_template(path):
-    """Returns the samples as {(name, ((label, value), ...)): number as text}; labels stay escaped."""
+    """Returns {(name, ((label, text), ...)): number as text}; labels stay escaped."""
     samples = {}
     with open(path, encoding="utf-8") as lines:
         for line in lines:
@@ -48,7 +50,8 @@ class Machine:
     def __init__(self, number, template, drives, fault, seed):
         self.number, self.seed = number, seed
         self.instance = f"m{number:04d}:9100"
-        self.target = f'instance="{self.instance}",job="node",site="{("north", "south")[number % 2]}"'
+        site = ("north", "south")[number % 2]
+        self.target = f'instance="{self.instance}",job="node",site="{site}"'
         self.random = random.Random(f"{seed}/{number}")
         self.samples = dict(template)
         self.up, self.scraped, self.has_metrics, self.readable = True, True, True, True
@@ -64,7 +67,7 @@ class Machine:
         try:
             self.next_event = next(self.events, None)
         except IndexError:
-            sys.exit(f"simulated_fleet: {self.instance} has nothing to which {fault.name} could happen")
+            sys.exit(f"simulated_fleet: {fault.name} cannot happen to what {self.instance} has")
 
     # What is there.
 
@@ -78,8 +81,10 @@ class Machine:
 
     def drives(self, **labels):
         """The labels of drives, by controller and place."""
-        found = self.labels("kraid_device_info", kind="drive", **labels)
-        return sorted(found, key=lambda drive: (int(drive["controller"]), number_of(drive["device"])))
+        def order(drive):
+            return int(drive["controller"]), number_of(drive["device"])
+
+        return sorted(self.labels("kraid_device_info", kind="drive", **labels), key=order)
 
     def array_drive(self):
         """A drive of a logical drive that has redundancy, and that logical drive."""
@@ -110,7 +115,10 @@ class Machine:
     def drop(self, **labels):
         """Takes out all samples that have these labels, of whatever name."""
         wanted = labels.items()
-        self.samples = {key: value for key, value in self.samples.items() if not wanted <= dict(key[1]).items()}
+        self.keep(lambda key: not wanted <= dict(key[1]).items())
+
+    def keep(self, is_kept):
+        self.samples = {key: value for key, value in self.samples.items() if is_kept(key)}
 
     def state(self, part, state, word, **labels):
         for name in STATES:
@@ -123,18 +131,18 @@ class Machine:
 
     def fails_as_a_whole(self):
         """As a collection of which nothing was had."""
-        keep = re.compile("kraid_(build_info|machine_info|collection_(complete|start|duration|problems)|findings)")
-        self.samples = {key: value for key, value in self.samples.items() if keep.match(key[0])}
+        kept = "kraid_(build|machine|findings|collection_(complete|start|duration|problems))"
+        self.keep(lambda key: re.match(kept, key[0]))
         for key in self.find("kraid_findings") + self.find("kraid_collection_problems"):
             self.samples[key] = "0"
-        for name in ("controllers", "logical_drives", "devices"):
-            self.put(f"kraid_{name}", 0)
+        for part in PARTS:
+            self.put(f"kraid_{part}s", 0)
         self.set("kraid_collection_complete", 0)
         self.set("kraid_collection_problems", 1, kind="collection_failed")
 
     def count(self):
-        for name, counted in (("controllers", "controller"), ("logical_drives", "logical_drive"), ("devices", "device")):
-            self.set(f"kraid_{name}", len(self.find(f"kraid_{counted}_info")))
+        for part in PARTS:
+            self.set(f"kraid_{part}s", len(self.find(f"kraid_{part}_info")))
 
     # How it is made.
 
@@ -142,33 +150,41 @@ class Machine:
         for device in self.labels("kraid_device_info"):
             if "?" in device["device"]:
                 self.drop(controller=device["controller"], device=device["device"])
-        for part, place in (("device", "device"), ("logical_drive", "logical_drive"), ("controller", "controller")):
-            for key in self.find(f"kraid_{part}_state", state="ok"):
-                own = {name: dict(key[1])[name] for name in ("controller", place)}
-                bad = any(self.samples[bad] == "1" for state in ("warning", "critical")
-                          for bad in self.find(f"kraid_{part}_state", state=state, **own))
-                if bad:
-                    fine = [other["state"] for other in self.labels(f"kraid_{part}_info", controller=own["controller"])
-                            if re.match("(?i)on|ok|opt", other.get("state", ""))]
-                    self.state(part, "ok", fine[0] if fine else "Okay", **own)
-        zero = re.compile("kraid_(findings|.*_bad_stripes|.*_blocked|.*_failure|.*_total|.*_rebuilds|.*missing_devices|.*over_temperature)")
-        gone = re.compile("kraid_controller_(rebuild_progress_ratio|operation_info)")
-        self.samples = {key: "0" if zero.match(key[0]) else value
-                        for key, value in self.samples.items() if not gone.match(key[0])}
+        for part in PARTS:
+            for name, labels in self.find(f"kraid_{part}_state"):
+                own = dict(labels)
+                state = own.pop("state")
+                if state in ("warning", "critical") and self.samples[name, labels] == "1":
+                    self.heal_part(part, own)
+        zero = ("kraid_(findings|.*_(bad_stripes|access_blocked|predicts_failure|total|rebuilds|"
+                "missing_devices|over_temperature))")
+        for key in self.samples:
+            if re.match(zero, key[0]):
+                self.samples[key] = "0"
+        gone = "kraid_controller_(rebuild_progress_ratio|operation_info)"
+        self.keep(lambda key: not re.match(gone, key[0]))
+
+    def heal_part(self, part, labels):
+        others = self.labels(f"kraid_{part}_info", controller=labels["controller"])
+        fine = [other["state"] for other in others
+                if re.match("(?i)on|ok|opt", other.get("state", ""))]
+        self.state(part, "ok", fine[0] if fine else "Okay", **labels)
 
     def take_controllers(self, drives, fault):
         there = [info["controller"] for info in self.labels("kraid_controller_info")]
         self.random.shuffle(there)
         needed = fault.needs if fault else None
         if needed:
-            there.sort(key=lambda controller: not any(
-                fault.value in (None, self.samples[key]) for key in self.find(needed, controller=controller)))
+            suited = {dict(key[1])["controller"] for key in self.find(needed)
+                      if fault.value in (None, self.samples[key])}
+            there.sort(key=lambda controller: controller not in suited)
         taken = 0
         for position, controller in enumerate(there):
             own = self.drives(controller=controller)
-            # Hot spares first: the others are those that too many drives are taken of.
-            spares = {dict(key[1])["device"] for key in self.find("kraid_device_hot_spare", controller=controller)
-                      if self.samples[key] == "1"}
+            # Hot spares first: what is too many is taken from the end.
+            spares = [dict(key[1])["device"]
+                      for key in self.find("kraid_device_hot_spare", controller=controller)
+                      if self.samples[key] == "1"]
             own.sort(key=lambda drive: drive["device"] not in spares)
             if taken >= drives and position:
                 self.drop(controller=controller)
@@ -181,13 +197,11 @@ class Machine:
         own = self.drives()
         if not own:
             return
-        last = own[-1]
-        series = [(key, value) for key, value in self.samples.items()
-                  if dict(key[1]).get("device") == last["device"] and dict(key[1])["controller"] == last["controller"]]
+        last = place(own[-1]).items()
+        series = [item for item in self.samples.items() if last <= dict(item[0][1]).items()]
         for extra in range(drives - len(own)):
-            place = f"{8 + extra // 15},{extra % 15}"
             for (name, labels), value in series:
-                changed = {**dict(labels), "device": place}
+                changed = {**dict(labels), "device": f"{8 + extra // 15},{extra % 15}"}
                 if "serial" in changed:
                     changed["serial"] += str(extra)
                 self.samples[name, tuple(changed.items())] = value
@@ -201,8 +215,9 @@ class Machine:
         self.relabel("kraid_machine_info", {"host": f"m{self.number:04d}"})
         renamed = {}
         for (name, labels), value in self.samples.items():
-            changed = [(key, self.own_serial(text) if key in ("serial", "world_wide_name") else text) for key, text in labels]
-            renamed[name, tuple(changed)] = value
+            renamed[name, tuple(
+                (key, self.own_serial(text) if key in ("serial", "world_wide_name") else text)
+                for key, text in labels)] = value
         self.samples = renamed
 
     # What a scrape takes.
@@ -222,8 +237,8 @@ class Machine:
         out.write(f"node_textfile_scrape_error{{{self.target}}} {int(not self.readable)} {time}\n")
         if not has_metrics:
             return
-        out.write(f'node_textfile_mtime_seconds{{{self.target},file="/var/lib/prometheus/node-exporter/kraid.prom"}} '
-                  f"{self.collected + 4} {time}\n")
+        written = self.collected + 4
+        out.write(f"node_textfile_mtime_seconds{{{self.target},file={FILE}}} {written} {time}\n")
         self.set("kraid_collection_start_time_seconds", self.collected)
         prefixes = self.prefixes
         lines = []
@@ -265,12 +280,13 @@ def drive_failed(machine):
 
 
 def drive_replaced(machine):
-    """A drive fails, is replaced by another one with a history of its own, and all is well again."""
+    """A drive fails, and is replaced by another one with a history of its own."""
     drive, logical = machine.array_drive()
     yield 22
     machine.state("device", "critical", "Defunct (DDD)", **place(drive))
     yield 12
-    machine.relabel("kraid_device_info", {"serial": drive.get("serial", "") + "R", "firmware": "NEW1"}, **place(drive))
+    other = {"serial": drive.get("serial", "") + "R", "firmware": "NEW1"}
+    machine.relabel("kraid_device_info", other, **place(drive))
     machine.state("device", "ok", "Online (ONL)", **place(drive))
     machine.set("kraid_device_soft_errors_total", 77, **place(drive))
 
@@ -285,8 +301,9 @@ def failure_predicted(machine):
 
 
 def errors_grow(machine):
-    """Soft errors of a drive grow, and its counters are reset in between; another had its years ago."""
-    drive, other = machine.drives(controller=machine.labels("kraid_device_soft_errors_total")[0]["controller"])[:2]
+    """Soft errors of a drive grow, and are reset in between; another drive had its long ago."""
+    first = machine.labels("kraid_device_soft_errors_total")[0]
+    drive, other = machine.drives(controller=first["controller"])[:2]
     machine.set("kraid_device_soft_errors_total", 500, **place(drive))
     machine.set("kraid_device_hard_errors_total", 9, **place(other))
     for hour in range(16, -1, -1):
@@ -312,13 +329,14 @@ def rebuild(machine, began, progress):
     machine.state("device", "warning", "Rebuilding (RBL)", **place(drive))
     machine.state("logical_drive", "critical", "Critical (CRT)", **logical_place(logical))
     machine.set("kraid_controller_rebuilds", 1, controller=drive["controller"])
-    machine.put("kraid_controller_operation_info", 1, controller=drive["controller"], operation="Rebuild",
-                status="In progress", logical_drive=logical["logical_drive"])
+    machine.put("kraid_controller_operation_info", 1, controller=drive["controller"],
+                operation="Rebuild", status="In progress", logical_drive=logical["logical_drive"])
     machine.finding("critical", "drive_degraded")
     machine.finding("warning", "rebuild", 2)
     for hour in range(began, -1, -1):
         yield hour
-        machine.put("kraid_controller_rebuild_progress_ratio", progress(began - hour), **logical_place(logical))
+        machine.put("kraid_controller_rebuild_progress_ratio", progress(began - hour),
+                    **logical_place(logical))
 
 
 def bad_stripes_grow(machine):
@@ -332,14 +350,16 @@ def bad_stripes_grow(machine):
 
 def bad_stripes_old(machine):
     """A logical drive lost stripes long ago."""
-    machine.set("kraid_logical_drive_bad_stripes", 17, **machine.labels("kraid_logical_drive_bad_stripes")[0])
+    where = machine.labels("kraid_logical_drive_bad_stripes")[0]
+    machine.set("kraid_logical_drive_bad_stripes", 17, **where)
     machine.finding("warning", "bad_stripes")
     yield from ()
 
 
 def access_blocked(machine):
     yield 9
-    machine.set("kraid_logical_drive_access_blocked", 1, **machine.labels("kraid_logical_drive_access_blocked")[0])
+    where = machine.labels("kraid_logical_drive_access_blocked")[0]
+    machine.set("kraid_logical_drive_access_blocked", 1, **where)
     machine.finding("warning", "access_blocked")
 
 
@@ -533,16 +553,16 @@ def main():
     parser.add_argument("--first", type=int, default=0, help="number of the first one")
     parser.add_argument("--drives", type=int, default=12, help="of each machine")
     parser.add_argument("--every", type=int, default=len(FAULTS) + 1,
-                        help="machine N has fault N modulo this; those beyond the last fault have none")
+                        help="machine N has fault N modulo this, or none beyond the last")
     parser.add_argument("--duration", type=seconds, default="48h")
     parser.add_argument("--step", type=seconds, default="1h", help="between two scrapes")
     parser.add_argument("--end", type=int, default=1_700_000_000, help="time of the last scrape")
     parser.add_argument("--seed", default="kraid")
-    parser.add_argument("--list", action="store_true", help="which machine has which fault, and end")
+    parser.add_argument("--list", action="store_true", help="tell which machine has which fault")
     parser.add_argument("templates", metavar="TEMPLATE", nargs="*")
     arguments = parser.parse_args()
     numbers = range(arguments.first, arguments.first + arguments.machines)
-    faults = [FAULTS[number % arguments.every] if number % arguments.every < len(FAULTS) else None for number in numbers]
+    faults = [dict(enumerate(FAULTS)).get(number % arguments.every) for number in numbers]
     if arguments.list:
         for number, fault in zip(numbers, faults):
             print(f"m{number:04d}:9100", fault.name if fault else "healthy")
