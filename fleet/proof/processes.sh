@@ -4,7 +4,8 @@
 #   $work                              the folder
 #   start NAME COMMAND...              runs it beside the script; what it prints goes to $work/NAME.log
 #   stop NAME                          ends it, and waits until it has ended
-#   wait_until SECONDS WHAT COMMAND... tries until the command succeeds; else fails, with the logs' ends
+#   wait_until SECONDS WHAT COMMAND... tries until the command succeeds; fails when the time is over or
+#                                      a process has ended, with the ends of the logs
 #   listening NAME                     prints the port that a Prometheus program says it listens on
 #   have PROGRAM...                    fails where one is missing
 
@@ -39,18 +40,26 @@ stop() {
 
 fail() {
   echo "${0##*/}: $*" >&2
+  exit 1
+}
+
+show_logs() {
   local log
   for log in "$work"/*.log; do
     [ ! -s "$log" ] || { echo "--- the end of ${log##*/}:" && tail -n 12 "$log"; } >&2
   done
-  exit 1
 }
 
 wait_until() {
   local limit=$((SECONDS + $1)) what=$2
   shift 2
   until "$@"; do
-    [ "$SECONDS" -lt "$limit" ] || fail "gave up waiting until $what"
+    local name
+    for name in "${!process[@]}"; do
+      kill -0 "${process[$name]}" 2>/dev/null ||
+        { show_logs && fail "$name has ended, while waiting until $what"; }
+    done
+    [ "$SECONDS" -lt "$limit" ] || { show_logs && fail "gave up waiting until $what"; }
     sleep 0.2
   done
 }
