@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -110,10 +111,11 @@ RunObserver Observe(const Options& options, ProgressLine& progress) {
   return observer;
 }
 
-/// What only the end of a collection shows: adds it to the report and tells what was lost.
-void AddProblems(const Options& options, Outcome& outcome) {
+/// What only the end of a collection shows: adds it to the report. Returns what was lost, in words.
+std::vector<std::string> AddProblems(const Options& options, Outcome& outcome) {
   Report& report = *outcome.report;
   std::vector<Problem>& problems = report.problems;
+  std::vector<std::string> losses;
   problems.insert(problems.end(), outcome.failures.begin(), outcome.failures.end());
   for (const Problem& problem : problems) {
     if (problem.kind == ProblemKind::kOutputUnreadable ||
@@ -121,7 +123,7 @@ void AddProblems(const Options& options, Outcome& outcome) {
         problem.kind == ProblemKind::kRepositoryFull ||
         problem.kind == ProblemKind::kPluginFailed ||
         (problem.kind == ProblemKind::kToolUntrusted && problem.tool.empty())) {
-      Complain(problem.what + ": " + problem.why);
+      losses.push_back(problem.what + ": " + problem.why);
       report.exit_status = kExitFailed;
     }
   }
@@ -133,9 +135,10 @@ void AddProblems(const Options& options, Outcome& outcome) {
                         ProblemKind::kUnknownClass});
   }
   // Where only some classes were asked for, most of what the tools print is not to show up.
-  if (!options.all_classes) return;
+  if (!options.all_classes) return losses;
   const std::vector<Problem> unread = FindUnreadLines(report, outcome.machine);
   problems.insert(problems.end(), unread.begin(), unread.end());
+  return losses;
 }
 
 /// Runs the plug-in with these services and runs behind it.
@@ -349,7 +352,8 @@ int Answer(const Options& options, const Places& places, OutputFile& output) {
   Begin(options, source, lock, limit);
   Outcome outcome = TakeOutcome(options, limit, log, source);
   outcome.machine = ReadMachine(*outcome.report);
-  AddProblems(options, outcome);
+  const std::vector<std::string> losses = AddProblems(options, outcome);
+  if (!options.is_check) std::for_each(losses.begin(), losses.end(), Complain);
   if (earlier) {
     const Report& report = *outcome.report;
     outcome.comparison =
@@ -360,7 +364,10 @@ int Answer(const Options& options, const Places& places, OutputFile& output) {
     outcome.report->exit_status = kExitOutput;
   }
   if (!record.empty()) Record(options, source.recording, record, *outcome.report);
-  return PrintAll(options, outcome, output);
+  const int exit_status = PrintAll(options, outcome, output);
+  // A check's line goes first, as with Refuse().
+  if (options.is_check) std::for_each(losses.begin(), losses.end(), Complain);
+  return exit_status;
 }
 
 std::string MetricsOfNothingNow(const std::string& why) {

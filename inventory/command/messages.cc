@@ -25,8 +25,8 @@ void ShowRun(const RunRecord& run) {
 }
 
 int Refuse(const std::string& why, bool is_check, int exit_status) {
+  // The line goes first: some engines read both streams as one, and show what comes first.
+  if (is_check) std::cout << UnknownCheckLine(why) << std::flush;
   Complain(why);
-  if (!is_check) return exit_status;
-  std::cout << UnknownCheckLine(why) << std::flush;
-  return kCheckUnknown;
+  return is_check ? kCheckUnknown : exit_status;
 }
