@@ -5,7 +5,7 @@
 #
 # Runs for seconds, as anybody; everything is in a temporary folder, and the one port is a free one of
 # the loopback interface. Needs icinga2 and /usr/bin/python3.
-set -eu
+set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
 . "$top/fleet/proof/processes.sh"
@@ -13,7 +13,7 @@ have icinga2 /usr/bin/python3 "$program"
 
 # A machine in order is the first controller of the sample machine; one whose tool refuses has a tool that
 # only says so; one has an output that cannot be read. They are recorded now: they are young enough.
-mkdir -p "$work"/{healthy,unreadable,refused}.root/kraid "$work"/healthy.root/kraid/kelvcmd.d "$work"/no_tools
+mkdir -p "$work"/{healthy,unreadable,refused}.root/kraid "$work"/healthy.root/kraid/kelvcmd.d
 cp "$top"/demo/kraid/{answer.sh,kelvcmd} "$work"/healthy.root/kraid
 cp -r "$top"/demo/kraid/kelvcmd.d/1 "$work"/healthy.root/kraid/kelvcmd.d
 cp "$top"/demo/kraid/{answer.sh,kelvcmd} "$work"/unreadable.root/kraid

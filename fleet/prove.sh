@@ -7,7 +7,7 @@
 #
 # Runs for less than a minute, as anybody; everything is in a temporary folder, and the ports are free
 # ones of the loopback interface. Needs what scripts/setup.sh installs for the purpose `fleet`.
-set -eu
+set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
 rules=${KRAID_RULES:-$top/fleet}

@@ -65,7 +65,9 @@ wait_until() {
 }
 
 listening() {
-  sed -nE 's/.*msg="Listening on" address=.*:([0-9]+)$/\1/p' "$work/$1.log" | grep -m 1 .
+  local port
+  port=$(sed -nE '/.*msg="Listening on" address=.*:([0-9]+)$/{s//\1/p;q}' "$work/$1.log")
+  [ -n "$port" ] && echo "$port"
 }
 
 have() {
