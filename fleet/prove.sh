@@ -6,7 +6,8 @@
 # series, alerts fire as expected, and a collection that fails leaves no old series behind.
 #
 # Runs for less than a minute, as anybody; everything is in a temporary folder, and the ports are free
-# ones of the loopback interface. Needs what scripts/setup.sh installs for the purpose `fleet`.
+# ones of the loopback interface. Needs what scripts/setup.sh installs for the purpose `fleet`. KRAID_RULES
+# is another folder with rules to prove, such as changed ones.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
@@ -42,6 +43,13 @@ start node_exporter prometheus-node-exporter --web.listen-address=127.0.0.1:0 \
 start openmetrics /usr/bin/python3 "$top/fleet/proof/serve_openmetrics.py" "$file"
 wait_until 20 "node_exporter listens" listening node_exporter >"$work/node_exporter.port"
 wait_until 20 "the text is served" listening openmetrics >"$work/openmetrics.port"
+
+# The examples for several servers, beside the rules that they name.
+mkdir -p "$work/examples"
+cp "$rules"/*.yml "$top"/fleet/{shard,global}.yml "$work/examples"
+for example in shard global; do
+  promtool check config "$work/examples/$example.yml" >"$work/lint" 2>&1 || fail "$(cat "$work/lint")"
+done
 
 # The rules, with less patience, and everything each second.
 mkdir -p "$work/rules"

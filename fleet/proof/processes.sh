@@ -26,6 +26,7 @@ clean_up() {
 start() {
   local name=$1
   shift
+  : >"$work/$name.log"
   timeout -k 5 300 "$@" >"$work/$name.log" 2>&1 </dev/null &
   process[$name]=$!
 }
