@@ -46,7 +46,8 @@ wait_until 20 "the text is served" listening openmetrics >"$work/openmetrics.por
 
 # The examples for several servers, beside the rules that they name.
 mkdir -p "$work/examples"
-cp "$rules"/*.yml "$top"/fleet/{shard,global}.yml "$work/examples"
+cp "$rules"/*.yml "$work/examples"
+cp "$top"/fleet/{shard,global}.yml "$work/examples"
 for example in shard global; do
   promtool check config "$work/examples/$example.yml" >"$work/lint" 2>&1 || fail "$(cat "$work/lint")"
 done

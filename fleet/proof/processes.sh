@@ -9,6 +9,7 @@
 #   listening NAME                     prints the port that a Prometheus program says it listens on
 #   have PROGRAM...                    fails where one is missing
 
+export no_proxy='*' NO_PROXY='*'
 work=$(mktemp -d "${TMPDIR:-/tmp}/kraid-fleet.XXXXXX")
 declare -A process=()
 trap 'clean_up $?' EXIT
