@@ -1,14 +1,16 @@
-#!/bin/sh
+#!/bin/bash
 # check-inhibitions.sh: gives the alerts of tests/inhibitions.txt to an Alertmanager with
 # alertmanager.yml, on a free port of the loopback interface, and compares which of them it shows.
-set -eu
+set -euo pipefail
 cd "$(dirname "$0")/.."
-. scripts/setup.sh
-need fleet
-. fleet/servers.sh
+. fleet/processes.sh
+have prometheus-alertmanager amtool curl jq
 
-start prometheus-alertmanager --config.file=fleet/alertmanager.yml --storage.path="$work/data" \
-  --cluster.listen-address=
+start alertmanager prometheus-alertmanager --config.file=fleet/alertmanager.yml \
+  --storage.path="$work/data" --cluster.listen-address= --web.listen-address=127.0.0.1:0
+wait_until 30 "Alertmanager listens" listening alertmanager >"$work/port"
+url=http://127.0.0.1:$(cat "$work/port")
+wait_until 30 "Alertmanager is ready" curl -fs -o "$work/ready" "$url/-/ready"
 grep -v '^#' fleet/tests/inhibitions.txt >"$work/alerts"
 while read -r _ labels; do
   # shellcheck disable=SC2086  # the labels are meant to be split

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Asks the questions of questions.md, and what the alerts look at, and compares the whole answers.
 
     check_questions.py URL TIME      a Prometheus with the simulated fleet, and the time to ask for

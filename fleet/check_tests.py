@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """What promtool does not see: rules without a test, and names that do not fit together.
 
 Of each alert there has to be a test in which it fires and one in which it does not, of each

@@ -8,7 +8,7 @@
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
-. "$top/fleet/proof/processes.sh"
+. "$top/fleet/processes.sh"
 have icinga2 /usr/bin/python3 "$program"
 
 # A machine in order is the first controller of the sample machine; one whose tool refuses has a tool that

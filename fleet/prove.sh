@@ -12,7 +12,7 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
 rules=${KRAID_RULES:-$top/fleet}
-. "$top/fleet/proof/processes.sh"
+. "$top/fleet/processes.sh"
 . "$top/fleet/proof/ask.sh"
 have prometheus promtool prometheus-node-exporter curl jq /usr/bin/python3 "$program"
 

@@ -13,7 +13,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 program=$(cd "${1:-$top/build/release}" && pwd)/bin/kraid-inventory
 rules=${KRAID_RULES:-$top/fleet}
 machines=${KRAID_MACHINES:-1000}
-. "$top/fleet/proof/processes.sh"
+. "$top/fleet/processes.sh"
 . "$top/fleet/proof/ask.sh"
 python=/usr/bin/python3
 have prometheus promtool curl jq $python "$program"

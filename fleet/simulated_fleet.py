@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Samples of a fleet that is not there: OpenMetrics text with time stamps, on standard output.
 
 Each machine is made from a template, which is what `kraid-inventory --format openmetrics` wrote:

@@ -10,7 +10,7 @@ packages_test="libgtest-dev jq python3-jsonschema python3-prometheus-client syst
 packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
 packages_fuzz="clang-14 libclang-rt-14-dev"
 packages_package="dpkg-dev file jq lintian man-db mandoc systemd"
-packages_fleet="$packages_fleet curl icinga2-bin jq prometheus prometheus-alertmanager prometheus-node-exporter python3 python3-prometheus-client python3-yaml"
+packages_fleet="curl icinga2-bin jq prometheus prometheus-alertmanager prometheus-node-exporter python3 python3-prometheus-client python3-yaml"
 
 need() {
   wanted=""
