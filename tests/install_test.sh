@@ -28,6 +28,15 @@ share/doc/kraid-inventory/json.md
 share/doc/kraid-inventory/mof.md
 share/doc/kraid-inventory/recordings.md
 share/doc/kraid-inventory/report.md
+share/kraid-inventory/fleet/alertmanager.yml
+share/kraid-inventory/fleet/global.yml
+share/kraid-inventory/fleet/icinga2/kraid-inventory.conf
+share/kraid-inventory/fleet/kraid-alerts.yml
+share/kraid-inventory/fleet/kraid-recording.yml
+share/kraid-inventory/fleet/machines.yml
+share/kraid-inventory/fleet/prometheus.yml
+share/kraid-inventory/fleet/questions.md
+share/kraid-inventory/fleet/shard.yml
 share/kraid-inventory/inventory.schema.json
 share/kraid-inventory/kvxsg.mof
 share/man/man1/kraid-inventory.1" "$(cd "moved tree" && find . -type f | cut -c3- | LC_ALL=C sort)"
