@@ -14,7 +14,9 @@ quietly() {
 }
 
 quietly promtool check rules --lint=all --lint-fatal kraid-recording.yml kraid-alerts.yml
-quietly promtool check config --lint=all --lint-fatal prometheus.yml
+for server in prometheus shard global; do
+  quietly promtool check config --lint=all --lint-fatal $server.yml
+done
 quietly amtool check-config alertmanager.yml
 for route in critical=on-call warning=somebody info=somebody; do
   quietly amtool config routes test --config.file=alertmanager.yml \

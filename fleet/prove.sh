@@ -44,14 +44,6 @@ start openmetrics /usr/bin/python3 "$top/fleet/proof/serve_openmetrics.py" "$fil
 wait_until 20 "node_exporter listens" listening node_exporter >"$work/node_exporter.port"
 wait_until 20 "the text is served" listening openmetrics >"$work/openmetrics.port"
 
-# The examples for several servers, beside the rules that they name.
-mkdir -p "$work/examples"
-cp "$rules"/*.yml "$work/examples"
-cp "$top"/fleet/{shard,global}.yml "$work/examples"
-for example in shard global; do
-  promtool check config "$work/examples/$example.yml" >"$work/lint" 2>&1 || fail "$(cat "$work/lint")"
-done
-
 # The rules, with less patience, and everything each second.
 mkdir -p "$work/rules"
 for rule_file in "$rules"/kraid-*.yml; do
