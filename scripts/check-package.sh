@@ -103,7 +103,7 @@ complaints=$(systemd-analyze verify --man=no $units/$name.service $units/$name.t
 $as_root systemctl --quiet enable $name.timer
 [ -e $wants/$name.timer ] || fail "the timer is not enabled by one command"
 mkdir "$work/metrics"
-echo "KRAID_METRICS_FOLDER=\"$work/metrics\"" | $as_root tee -a /etc/default/$name >/dev/null
+echo " KRAID_METRICS_FOLDER=\"$work/metrics\" " | $as_root tee -a /etc/default/$name >/dev/null
 $as_root mkdir -p /var/lib/$name
 run --replay demo --format openmetrics --output "$work/kraid.prom"
 $as_root env EXIT_CODE=exited RUNTIME_DIRECTORY="$work" KRAID_METRICS_FOLDER="$work/metrics" \
