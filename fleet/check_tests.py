@@ -15,6 +15,10 @@ import yaml
 
 FLEET = pathlib.Path(__file__).resolve().parent
 SEVERITIES = ("critical", "warning", "info")
+# Of the info series of one thing only the newest is taken: more would be an error of the rule.
+PLACE = r"\((job, instance, controller(?:, device|, logical_drive)?)\)"
+NEWEST = rf"topk by {PLACE} \(1, timestamp\(kraid_\w+_info(?:\{{[^}}]*\}})?\)\)"
+JOIN = rf"on {PLACE} group_left \([^)]*\)\s*(?:\(|label_replace\(\s*){NEWEST} > bool 0"
 
 
 def load(name):
@@ -57,10 +61,20 @@ def bad_alerts(alerts):
             yield f"{name}: the summary does not name the machine"
         if not annotations.get("description"):
             yield f"{name}: no description"
-        if "for" not in alert or "keep_firing_for" not in alert:
-            yield f"{name}: a lost scrape begins or ends it"
+        if alert.get("for") not in ("5m", "10m", "15m", "1h") or alert.get("keep_firing_for") != "15m":
+            yield f"{name}: it does not outlast a lost scrape as the others do"
         if not re.search(rf"^\| `{name}` \|.*\| {severity} \|", page, re.M):
             yield f"{name}: docs/fleet.md has no row with it and its severity"
+
+
+def bad_joins(all_rules):
+    for rule in all_rules:
+        text, name = rule["expr"], rule.get("alert") or rule["record"]
+        joins = re.findall(JOIN, text)
+        if len(joins) != text.count("group_left") or any(left != right for left, right in joins):
+            yield f"{name}: an info series is not joined as elsewhere"
+        if len(re.findall(NEWEST, text)) != len(re.findall("(?:top|bottom)k", text)):
+            yield f"{name}: it does not take the newest of each info series"
 
 
 def unknown_inhibitions(alerts):
@@ -81,6 +95,7 @@ def main():
     faults = [
         *without_test([alert["alert"] for alert in alerts] + recorded),
         *bad_alerts(alerts),
+        *bad_joins(alerts + rules("kraid-recording.yml")),
         *unknown_inhibitions(alerts),
         *(f"{name}: docs/fleet.md does not explain it" for name in unexplained),
     ]
