@@ -17,8 +17,8 @@ FLEET = pathlib.Path(__file__).resolve().parent
 SEVERITIES = ("critical", "warning", "info")
 # Of the info series of one thing only the newest is taken: more would be an error of the rule.
 PLACE = r"\((job, instance, controller(?:, device|, logical_drive)?)\)"
-NEWEST = rf"topk by {PLACE} \(1, timestamp\(kraid_\w+_info(?:\{{[^}}]*\}})?\)\)"
-JOIN = rf"on {PLACE} group_left \([^)]*\)\s*(?:\(|label_replace\(\s*){NEWEST} > bool 0"
+NEWEST = rf"topk by {PLACE} \(1,\s*timestamp\(kraid_\w+_info(?:\{{[^}}]*\}})?\)"
+JOIN = rf"on {PLACE} group_left \([^)]*\)\s*(?:\(|label_replace\(\s*){NEWEST}\) > bool 0"
 
 
 def load(name):
@@ -61,8 +61,9 @@ def bad_alerts(alerts):
             yield f"{name}: the summary does not name the machine"
         if not annotations.get("description"):
             yield f"{name}: no description"
-        if alert.get("for") not in ("5m", "10m", "15m", "1h") or alert.get("keep_firing_for") != "15m":
-            yield f"{name}: it does not outlast a lost scrape as the others do"
+        waits, outlasts = alert.get("for"), alert.get("keep_firing_for")
+        if waits not in ("5m", "10m", "15m", "1h") or outlasts not in ("15m", "90m"):
+            yield f"{name}: it does not outlast a lost scrape, or collections that fail, as the others do"
         if not re.search(rf"^\| `{name}` \|.*\| {severity} \|", page, re.M):
             yield f"{name}: docs/fleet.md has no row with it and its severity"
 
