@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <new>
-#include <sstream>
 #include <tuple>
 
 #include "hmz/exception.h"
@@ -297,8 +296,8 @@ struct Parsed {
 };
 
 TEST(Options, RefuseWhatIsWrong) {
-  std::istringstream rows(ReadFile(KRAID_SOURCE_DIR "/tests/wrong_options.txt"));
-  for (std::string line; std::getline(rows, line);) {
+  for (const auto& row : Rows("wrong_options.txt")) {
+    const std::string& line = row[0];
     const Parsed parsed(line);
     const bool is_check = line.find("--check") != std::string::npos;
     EXPECT_EQ(parsed.exit_status, is_check ? 3 : 2) << line;

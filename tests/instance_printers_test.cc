@@ -10,14 +10,11 @@
 #include "inventory/print/mof_literal.h"
 #include "inventory/print/mof_printer.h"
 #include "schema/mof_reader.h"
+#include "tests/instance_lines.h"
 #include "tests/print_to.h"
 #include "tests/publish_machine.h"
 
 namespace {
-
-using NKVXHMZ20::TCIMDateTime;
-using NKVXHMZ20::TCIMReference;
-using NKVXHMZ20::TCIMValue;
 
 std::string List(const Report& report, std::size_t width) {
   ViewOptions options;
@@ -32,65 +29,6 @@ void CompareDocument(const std::string& name, std::string document) {
   CompareExpected(name, document.replace(version, std::strlen(kProgramVersion), "VERSION"));
 }
 
-/// Every kind of value, and all that a printer has a rule for.
-void CommitOddValues(standin::Repository& repository) {
-  const auto commit_disk = [&](const char* id) {
-    return Commit(repository, "KVXSG_krLogicalDisk",
-                  {{"SystemCreationClassName", "S"},
-                   {"SystemName", "h"},
-                   {"CreationClassname", "C"},
-                   {"DeviceID", id},
-                   {"Size", TCIMValue()}});
-  };
-  const auto commit_event = [&](const TCIMDateTime& time) {
-    Commit(repository, "KVXSG_LogRecord_RAIDMgrEvent",
-           {{"LogCreationClassName", "L"},
-            {"LogName", "n"},
-            {"CreationClassName", "C"},
-            {"RecordID", "1"},
-            {"MessageTimestamp", TCIMValue(time)},
-            {"Severity", ""},
-            {"MachineName", ""},
-            {"Message",
-             "a\tb \"\\\x01\xc2\x9b"
-             "f\xff\xc3(\xe2\x82"}});
-  };
-  const auto associate = [&](const TCIMReference& stripes, const TCIMReference& element) {
-    Commit(repository, "KVXSG_ElementBadStripeData",
-           {{"Stats", stripes}, {"ManagedElement", element}});
-  };
-  const TCIMReference absent(nullptr, "KVXSG_krLogicalDisk", {{"Z", "z"}, {"A", "\xff"}});
-
-  const TCIMReference disk = commit_disk("1\n");
-  const TCIMReference stripes = Commit(repository, "KVXSG_BadStripeData", {{"InstanceID", "B"}});
-  associate(stripes, disk);
-  associate(stripes, absent);
-  commit_disk("1\n");
-  commit_disk("\xfe");
-  commit_disk("\xff");  // another path, but not when it is written
-  commit_event(TCIMDateTime(2005, 0, 5, 13, 2, 3, 0, -300));
-  commit_event(TCIMDateTime());
-  commit_event(TCIMDateTime(2005, 1, 5, 300, 2, 3, 0, 0));
-  Commit(repository, "KVXSG_DiskGroup", {});
-  Commit(repository, "KVXSG_BadStripeData", {{"InstanceID", TCIMValue()}});
-  Commit(repository, "KVXSG_krRawData",
-         {{"Command", "c"}, {"RawResults", ArrayOf(TCIMValue::kString, {})}});
-  Commit(
-      repository, "KVXSG_krRawData",
-      {{"Command", "c 2"},
-       {"RawResults", ArrayOf(TCIMValue::kString, {"  two   columns\n", "", "\x1b[2J\tthree"})}});
-  for (const char* odd_name : {"\x1b[2J \xc3\xbc", ""}) {
-    Commit(repository, "KVXSG_krRawData", {{"Command", "c 3"}, {odd_name, "odd name"}});
-  }
-  Commit(repository, "a\x1b b; }",
-         {{"Nul", std::string("a\0b", 3)},
-          {"Uint16", TCIMValue(std::uint16_t{66})},
-          {"Uint32s", ArrayOf(TCIMValue::kUint32,
-                              {TCIMValue(std::uint32_t{4294967295}), TCIMValue(std::uint32_t{0})})},
-          {"ANameThatIsTooLongForAHalf", "has its value below, where that one does not fit beside"},
-          {"Path", absent}});
-}
-
 /// Strictly, behind the schema.
 MofDocument ReadWithSchema(const std::string& mof) {
   const std::string schema = ReadFile(KRAID_SOURCE_DIR "/schema/kvxsg.mof");
@@ -99,7 +37,7 @@ MofDocument ReadWithSchema(const std::string& mof) {
 
 TEST(InstancePrinters, WriteEveryKindOfValue) {
   standin::Repository repository;
-  CommitOddValues(repository);
+  CommitFile(repository, "odd_values/values.txt");
   const Report report{"host \"x\"\n1", 1, {{"tool\n", "why \x1b"}}, repository};
   CompareDocument("odd_values/inventory.json", Print(PrintJson, report));
   const std::string mof = Print(PrintMof, report);

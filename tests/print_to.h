@@ -38,9 +38,4 @@ inline NKVXHMZ20::TCIMReference Commit(standin::Repository& repository, const ch
   }
 }
 
-inline NKVXHMZ20::TCIMValue ArrayOf(NKVXHMZ20::TCIMValue::ECIMType type,
-                                    const NKVXHMZ20::TCIMValue::Array& elements) {
-  return {NKVXHMZ20::TCIMValue::TCIMType(type), elements.size(), elements};
-}
-
 #endif  // TESTS_PRINT_TO_H_

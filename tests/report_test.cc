@@ -14,23 +14,7 @@
 
 namespace {
 
-const Problem kAbsent = {"arcconf", "not there", ProblemKind::kToolAbsent};
-const Problem kFailed = {"hrconf", "crashed"};
-const Problem kUseless = {"hrconf", "all failed", ProblemKind::kToolFailed, "hrconf", "", 0,
-                          0,        true};
-const Problem kThrew = {"kelvcmd", "too short", ProblemKind::kPluginFailed};
-
-/// A controller with one device in this state; null: none.
-void CommitDevice(standin::Repository& repository, const char* state) {
-  if (state == nullptr) return;
-  Commit(repository, "KVXSG_krSCSIProtocolController", {{"ControllerNum", "1"}});
-  Commit(repository, "KVXSG_krDiskDrive",
-         {{"ControllerNum", "1"}, {"Channel", "1"}, {"ScsiId", "0"}, {"State", state}});
-}
-
-std::string Text(Report report, const Display& display, const char* root = "/r",
-                 bool is_brief = false) {
-  report.root = root;
+std::string Text(const Report& report, const Display& display, bool is_brief = false) {
   ViewOptions options;
   options.display = display;
   options.is_brief = is_brief;
@@ -41,12 +25,12 @@ std::string CheckLine(const Report& report) { return Print(PrintCheck, report); 
 
 TEST(TextReport, ShowsTheSampleMachineInAnyWidth) {
   const auto repository = PublishSampleMachine();
-  const Report report{
-      "harbor1", 0, {{"./kraid/absent", "", ProblemKind::kToolAbsent}}, *repository};
+  Report report{"harbor1", 0, {{"./kraid/absent", "", ProblemKind::kToolAbsent}}, *repository};
+  report.root = "/r";
   CompareExpected("sample/report_60.txt", Text(report, {60, false, false}));
   CompareExpected("sample/report_200.txt", Text(report, {200, true, true}));
   CompareExpected("sample/check.txt", CheckLine(report));
-  CompareExpected("sample/brief_200.txt", Text(report, {200, true, true}, "", true));
+  CompareExpected("sample/brief_200.txt", Text(report, {200, true, true}, true));
   // A terminal of as many lines as the report has still shows its beginning while it is printed.
   const std::string whole = Text(report, {});
   const auto lines = static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n'));
@@ -58,67 +42,12 @@ TEST(TextReport, ShowsTheSampleMachineInAnyWidth) {
 TEST(TextReport, HidesNothingOfAnOddMachine) {
   standin::Repository repository;
   CommitOddMachine(repository);
-  const Report report{"h\n", 0, {kFailed, kThrew}, repository};
+  const Problem threw = {"kelvcmd", "too short", ProblemKind::kPluginFailed};
+  const Report report{"h\n", 0, {{"hrconf", "crashed"}, threw}, repository};
   CompareExpected("odd_values/report.txt", Text(report, {}));
   CompareExpected("odd_values/report_40.txt", Text(report, {40, true, true}));
   CompareExpected("odd_values/report_75.txt", Text(report, {75, false, true}));
   CompareExpected("odd_values/check.txt", CheckLine(report));
-}
-
-TEST(TextReport, SaysFirstHowItIs) {
-  const struct {
-    const char* state;
-    std::vector<Problem> problems;
-    const char* text;
-  } cases[] = {
-      {"Online", {kAbsent}, "1 device;\x1b[0m \x1b[32mnothing needs attention\x1b[0m\n\nNot inst"},
-      {"Online", {kFailed}, " \x1b[33mnothing needs attention; not all was collected\x1b[0m\n\n"},
-      {"Strange", {}, " \x1b[33m1 needs attention\x1b[0m\n\n\x1b[33mWARNING   \x1b[0mcontroller"},
-      {"Defunct", {kFailed}, " \x1b[1;31m1 needs attention; not all was collected\x1b[0m\n\n"},
-      {nullptr, {}, " \x1b[33mno controller was found\x1b[0m\n\nThe tools kelvcmd, hrconf and "},
-      {nullptr, {kAbsent, kAbsent}, "\nNot installed in /r : arcconf, arcconf\n\nThe tools "},
-      {nullptr, {}, " looked for in /r /kraid; "},
-  };
-  for (const auto& c : cases) {
-    standin::Repository repository;
-    CommitDevice(repository, c.state);
-    const std::string text =
-        Text({"h", 0, c.problems, repository}, {Display::kUnlimited, true, false}, "/r\n");
-    EXPECT_NE(text.find(c.text), std::string::npos) << text;
-  }
-}
-
-TEST(Check, JudgesTheMachineAndTheCollection) {
-  const struct {
-    const char* state;
-    std::vector<Problem> problems;
-    int status;
-    const char* start;
-  } cases[] = {
-      {nullptr, {kAbsent}, 3, "UNKNOWN - no controller was found | controllers=0;;;0 logical_dri"},
-      {nullptr, {kFailed}, 3, "UNKNOWN - no controller was found; 0 critical, 1 warning: hrconf:"},
-      {nullptr, {kThrew}, 3, "UNKNOWN - kelvcmd: too short; no controller was found | controllers"},
-      {"Online", {kAbsent}, 0, "OK - 1 controller, 0 logical drives, 1 device, all fine | contr"},
-      {"Online", {kFailed}, 1, "WARNING - 0 critical, 1 warning: hrconf: crashed | controllers=1"},
-      {"Online", {kUseless}, 3, "UNKNOWN - 0 critical, 1 warning: hrconf: all failed | contro"},
-      {"Online", {kThrew}, 3, "UNKNOWN - kelvcmd: too short | controllers=1"},
-      {"a|b", {}, 1, "WARNING - 0 critical, 1 warning: controller 1, device 1,0: a/b | contro"},
-      {"a", {kFailed, kUseless}, 3, "UNKNOWN - 0 critical, 3 warnings: hrconf: all failed; contr"},
-      {"Defunct", {kUseless, kFailed}, 2, "CRITICAL - 1 critical, 2 warnings: controller 1, "},
-      {"Defunct", {kThrew}, 3, "UNKNOWN - kelvcmd: too short; 1 critical, 0 warnings: contr"},
-  };
-  for (const auto& c : cases) {
-    standin::Repository repository;
-    CommitDevice(repository, c.state);
-    TextSink sink;
-    const Report report = {"h", 0, c.problems, repository};
-    EXPECT_EQ(PrintCheck({report, ReadMachine(report)}, {}, sink), c.status);
-    const std::string& line = sink.text;
-    EXPECT_TRUE(line.starts_with(std::string("KRAID ") + c.start)) << line;
-    EXPECT_EQ(line.find('\n'), line.size() - 1);
-    EXPECT_EQ(std::count(line.begin(), line.end(), '|'), 1) << line;
-  }
-  EXPECT_EQ(UnknownCheckLine("a|b\nc"), "KRAID UNKNOWN - a/b c\n");
 }
 
 TEST(Check, NamesAsMuchAsALineCanHold) {

@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <thread>
 
 #include "hmz/exception.h"
@@ -18,6 +17,7 @@
 #include "inventory/runs/trust.h"
 #include "schema/published_texts.h"
 #include "standin/host_services.h"
+#include "tests/machine_files.h"
 
 namespace {
 
@@ -172,16 +172,14 @@ TEST_F(Runs, AsRootAreOfToolsThatOnlyRootCouldHavePutThere) {
     }
     return text;
   };
-  std::ifstream rows(KRAID_SOURCE_DIR "/tests/tool_places.txt");
-  for (std::string row; std::getline(rows, row);) {
-    if (row[0] == '#') continue;
-    SCOPED_TRACE(row);
-    std::istringstream parts(here(row));
-    std::string set_up, tool, why;
-    for (std::string* part : {&set_up, &tool, &why}) std::getline(parts, *part, '|');
-    set_up.insert(0, here("rm -rf F/*; mkdir -m 755 F/d; chmod 755 F; cp /bin/true F/tool; "
-                          "cp /bin/true F/d/tool; "));
-    ASSERT_EQ(std::system(set_up.c_str()), 0);
+  for (const auto& row : Rows("tool_places.txt")) {
+    SCOPED_TRACE(row[0]);
+    const std::string& tool = row.at(1);
+    const std::string why = here(row.at(2));
+    const std::string set_up =
+        "rm -rf F/*; mkdir -m 755 F/d; chmod 755 F; "
+        "cp /bin/true F/tool; cp /bin/true F/d/tool; ";
+    ASSERT_EQ(std::system(here(set_up + row[0]).c_str()), 0);
     RunBounds bounds;
     bounds.trusts_tools = false;
     ToolRuns tools = Make(bounds);
@@ -272,87 +270,27 @@ TEST_F(Runs, StopWhenNobodyWaitsForThem) {
   EXPECT_EQ(Ask(tools, "a", 2), "/bin/sh: was not run: the reader has gone");
 }
 
+// Lines of a case: controller numbers and command, "*" for any; how a run ends, or its exit status;
+// its output; its error output. The first one that fits is the answer.
 TEST_F(Runs, TellAToolThatRefusesFromOneWithoutControllers) {
-  const std::string config = std::string(kControllerHeading) + "\n" + kEndMarker + "\n";
-  const struct {
-    const char* what;
-    std::function<standin::ProcessResult(const std::string& word, int number)> answer;
-    Texts problems;
-  } cases[] = {
-      {"no controller of its kind", answer, {}},
-      {"no rights",
-       [](const auto&, int) { return Exited(1, "", "\n  Permission denied\nusage\n"); },
-       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
-        "number: Permission denied (does it need root?)"}},
-      {"a text that is no use",
-       [](const auto&, int) { return Exited(2, "Out of order.\n"); },
-       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 2 for every controller "
-        "number: Out of order."}},
-      {"fine, but for one status",
-       [&](const auto& word, int number) {
-         if (number != 2) return Exited(1, "no controller\n");
-         return word == "getconfig" ? Exited(0, config) : Exited(5, "", "busy\n");
-       },
-       {"run_failed|getstatus al|2|1|/bin/sh getstatus 2 al|ended with status 5 and printed "
-        "nothing: busy"}},
-      {"others that do not answer are normal",
-       [&](const auto&, int number) { return number == 2 ? Exited(0, config) : Exited(1, ""); },
-       {}},
-      {"a run that never began",
-       [&](const auto&, int number) {
-         return number == 2 ? Exited(0, config) : Exited(number == 7 ? 127 : 1, "");
-       },
-       {"run_failed||7|2|blind|/bin/sh, 2 runs|ended with status 127 and printed nothing"}},
-      {"no rights for one, no controller of the others",
-       [](const auto&, int number) {
-         return number == 1 ? Exited(1, "", "open /dev/raid0: permission denied\n")
-                            : Exited(1, "Controller 2: not present\n");
-       },
-       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
-        "number: open /dev/raid0: permission denied (does it need root?)"}},
-      {"no rights, in the words of absence",
-       [](const auto&, int) { return Exited(1, "", "controller: no such device, or denied\n"); },
-       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
-        "number: controller: no such device, or denied (does it need root?)"}},
-      {"a library of another version",
-       [](const auto&, int) { return Exited(1, "", "/lib/libc.so: version V2 not found\n"); },
-       {"tool_refused||0|8|blind|/bin/sh|refused: it ended with status 1 for every controller "
-        "number: /lib/libc.so: version V2 not found"}},
-      {"no rights for one, another that answers",
-       [&](const auto&, int number) {
-         return number == 2 ? Exited(0, config) : Exited(1, "", number == 7 ? "Denied\n" : "");
-       },
-       {"run_failed||7|2|blind|/bin/sh, 2 runs|ended with status 1 and printed nothing: Denied"}},
-      {"configurations that are not whole",
-       [&](const auto& word, int number) {
-         if (number > 4) return Exited(0, "Nothing at " + std::to_string(number) + "\n");
-         if (word != "getconfig") return Exited(0, "fine\n");
-         const char* const texts[] = {"", "TOOL\n", kControllerHeading, config.c_str()};
-         return Exited(0, texts[number - 1]);
-       },
-       {"output_truncated|getconfig al|1|0|blind|/bin/sh getconfig 1 al|it tells neither of a "
-        "controller nor that there is none",
-        "output_truncated|getconfig al|2|0|blind|/bin/sh getconfig 2 al|it tells neither of a "
-        "controller nor that there is none",
-        "output_truncated|getconfig al|3|0|blind|/bin/sh getconfig 3 al|it lacks its closing line, "
-        "and what else is behind"}},
-      {"crashes",
-       [](const auto&, int) { return Failed(standin::ProcessEnd::kSignalled, "was ended"); },
-       {"tool_failed||0|16|blind|/bin/sh|16 of 16 runs failed: was ended"}},
-      {"floods",
-       [&](const auto&, int number) {
-         return number == 2 ? Failed(standin::ProcessEnd::kOutputLimit, "was stopped")
-                            : Exited(0, config);
-       },
-       {"output_truncated|getconfig al|2|1|blind|/bin/sh getconfig 2 al|was stopped",
-        "output_truncated|getstatus al|2|1|/bin/sh getstatus 2 al|was stopped"}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    answer = c.answer;
+  CompareCases("tools/problems.txt", [this](const Texts& lines) {
+    std::vector<Texts> rows;
+    for (const std::string& line : lines) rows.push_back(CellsOf(line, "|"));
+    answer = [&rows](const std::string& word, int number) {
+      const auto row = std::ranges::find_if(rows, [&](const Texts& cells) {
+        const bool has_number = cells.at(0).find(std::to_string(number)) != std::string::npos;
+        return (has_number || cells[0] == "*") && (cells.at(1) == word || cells[1] == "*");
+      });
+      const std::string end = row->at(2);
+      if (end == "killed") return Failed(standin::ProcessEnd::kSignalled, "was ended");
+      if (end == "floods") return Failed(standin::ProcessEnd::kOutputLimit, "was stopped");
+      return Exited(std::stoi(end), row->at(3), row->at(4));
+    };
     ToolRuns tools = Make();
-    EXPECT_EQ(Problems(tools), c.problems);
-  }
+    std::string problems;
+    for (const std::string& problem : Problems(tools)) problems += "  " + problem + "\n";
+    return problems + "  =>\n";
+  });
 }
 
 /// Each character as its kind.
