@@ -81,12 +81,13 @@ cmp hidden.json <("$command" --replay "$source/demo" --sanitize-key key --format
 
 # Recordings that are not to be trusted.
 mkfifo pipe
+rows=$(grep -v "^#" "$source/tests/bad_recordings.txt") || fail "no bad recordings"
 while IFS='|' read -r change message; do
   rm -rf bad && cp -r "$source/demo" bad && (cd bad && eval "$change")
   output=$(timeout 20 "$command" --replay bad --check 2>&1 >line)
   [ $? -eq 3 ] && grep -q '^KRAID UNKNOWN - ' line || fail "$change: no UNKNOWN"
   case $output in *"$message"*) ;; *) fail "$change: $output" ;; esac
-done < <(grep -v "^#" "$source/tests/bad_recordings.txt")
+done <<<"$rows"
 
 # Places that no recording may take, and ages.
 mkdir full && touch full/file && ln -s absent nowhere && ln -s copy link
