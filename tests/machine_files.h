@@ -111,6 +111,7 @@ inline void CompareCases(
     if (!lines.empty()) text += answer(lines);
     if (file) text += "\n";
   }
+  EXPECT_FALSE(text.empty()) << name;
   CompareExpected(name, text);
 }
 
