@@ -6,6 +6,7 @@ each of them."""
 import glob
 import os
 import re
+import resource
 import signal
 import subprocess
 import sys
@@ -95,6 +96,15 @@ for arguments, status, kind, why in failed:
         expect(sorted(os.listdir()) in (["file", "kraid"], ["file", "kraid", "running"]), os.listdir())
         if os.path.exists("running"):
             os.remove("running")
+
+# Also where there is no room for the metrics.
+subprocess.run(
+    [*command, "--output", "file", "--replay", source + "/demo"],
+    preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (8192, 8192)),
+    stderr=subprocess.DEVNULL,
+)
+with open("file") as file:
+    expect(samples(file.read())[("kraid_collection_complete", ())] == 0, "old metrics where there is no room")
 
 subprocess.run(["rm", "-r", folder])
 sys.exit(failures > 0)

@@ -87,7 +87,9 @@ void SayWhenASignalEnds(const std::string& text) {
 // running.
 UnfinishedFile* UnfinishedFile::first_ = nullptr;
 
-UnfinishedFile::~UnfinishedFile() { Remove(); }
+UnfinishedFile::~UnfinishedFile() {
+  if (name_.empty() || last_name_.empty() || !MoveTo(last_name_)) Remove();
+}
 
 void UnfinishedFile::Remove() {
   if (name_.empty()) return;
@@ -122,7 +124,7 @@ bool UnfinishedFile::MoveTo(const std::string& name) {
   return true;
 }
 
-void UnfinishedFile::MoveWhenASignalEnds(const std::string& name) {
+void UnfinishedFile::MoveAtTheEnd(const std::string& name) {
   const SignalsBlocked blocked;
   last_name_ = name;
 }

@@ -12,7 +12,7 @@ void CleanUpOnSignals();
 void SayWhenASignalEnds(const std::string& text);
 
 /// A file on its way to its place: until it gets there it goes with the object, and with this
-/// program when a signal ends it. Not for programs with several threads.
+/// program when a signal ends it, unless it is to stay then. Not for programs with several threads.
 class UnfinishedFile {
  public:
   UnfinishedFile() = default;
@@ -27,8 +27,8 @@ class UnfinishedFile {
   /// Gives the file this name in the folder, where it stays. Returns false with errno set when it
   /// cannot.
   bool MoveTo(const std::string& name);
-  /// When a signal ends this program the file gets this name instead of going.
-  void MoveWhenASignalEnds(const std::string& name);
+  /// Instead of going the file gets this name, where it can.
+  void MoveAtTheEnd(const std::string& name);
   /// Removes the file, if there is one.
   void Remove();
 
@@ -42,7 +42,7 @@ class UnfinishedFile {
   UnfinishedFile* next_ = nullptr;
   int folder_ = -1;
   std::string name_;       // "" when there is no file
-  std::string last_name_;  // that it gets when a signal ends this program; "" for none
+  std::string last_name_;  // that it gets instead of going; "" for none
 };
 
 #endif  // INVENTORY_COMMAND_ENDING_SIGNALS_H_

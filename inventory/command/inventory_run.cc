@@ -405,9 +405,9 @@ int RunInventory(const Options& options) {
   OutputFile output(std::move(places.output));
   if (AreMetrics(options)) {
     // What a server still reads has to go, as it looks like an answer.
-    const std::string last_words = MetricsOfNothingNow("a signal ended the collection");
-    if (options.output.empty()) SayWhenASignalEnds(last_words);
-    output.SetLastWords(last_words);
+    const std::string why = "a signal ended the collection";
+    if (options.output.empty()) SayWhenASignalEnds(MetricsOfNothingNow(why));
+    output.SetLastWords(MetricsOfNothingNow(why + ", or there was no room for its metrics"));
   }
   if (!output.GetError().empty()) {
     throw Refusal(CannotWrite(options.output, output.GetError()), kExitOutput);

@@ -82,12 +82,14 @@ OutputFile::~OutputFile() {
 void OutputFile::SetLastWords(std::string_view text) {
   if (!is_replaced_ || !error_.empty()) return;
   const standin::Descriptor file(last_words_.Create(place_.folder.Get()));
-  if (!file.IsOpen() ||
-      write(file.Get(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+  if (!file.IsOpen()) return Fail();
+  const ssize_t written = write(file.Get(), text.data(), text.size());
+  if (written != static_cast<ssize_t>(text.size())) {
+    if (written >= 0) errno = ENOSPC;  // for the rest
     return Fail();
   }
   TakeAfter(place_, file.Get());
-  last_words_.MoveWhenASignalEnds(place_.name);
+  last_words_.MoveAtTheEnd(place_.name);
 }
 
 bool OutputFile::Restart() {
@@ -112,6 +114,7 @@ void OutputFile::Finish() {
   if (fstatat(folder, place_.name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 &&
       IsPlanted(folder, now)) {
     error_ = "somebody else has put something there meanwhile";
+    last_words_.Remove();  // it is not ours to replace
     return;
   }
   TakeAfter(place_, fileno(file_));  // not before: nobody else reads what is not whole

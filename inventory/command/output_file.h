@@ -22,8 +22,8 @@ class OutputFile final : public Sink {
   OutputFile& operator=(const OutputFile&) = delete;
 
   void Write(std::string_view text) override;
-  /// What the file holds when a signal ends this program before it is finished, instead of what was
-  /// in it before. Nothing where it is not replaced.
+  /// What the file holds when it cannot be finished, be it that a signal ends this program, instead
+  /// of what was in it before. Nothing where it is not replaced.
   void SetLastWords(std::string_view text);
   /// Takes back what was written. Returns false where that cannot be.
   bool Restart();
