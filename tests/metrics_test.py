@@ -66,6 +66,7 @@ failed = (
     (["--replay", "kraid"], 1, "collection_failed", "recording.json"),
     (["--replay", "absent"], 2, "collection_failed", "not there"),
     (["--max-age=1"], 2, "collection_failed", "wrong"),
+    (["--format", "openmetrics"], 2, "collection_failed", "wrong"),
     (["--log", "absent/log"], 3, "collection_failed", "cannot write"),
     (["--plugin", source + "/README.md"], 1, "plugin_failed", ""),
     (["--tool-timeout", "0.1"], 0, "run_timed_out", "time limit"),

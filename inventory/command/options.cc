@@ -151,8 +151,11 @@ std::optional<fs::path> FindMetricsFile(int argc, const char* const* argv) {
   app.set_help_flag();
   std::string format;
   std::string output;
-  app.add_option("--format", format);
-  app.add_option("--output", output);
+  // Of several the first: what a setting has added behind them is the fault.
+  for (CLI::Option* option :
+       {app.add_option("--format", format), app.add_option("--output", output)}) {
+    option->multi_option_policy(CLI::MultiOptionPolicy::TakeFirst);
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError&) {
