@@ -68,6 +68,7 @@ failed = (
     (["--max-age=1"], 2, "collection_failed", "wrong"),
     (["--format", "openmetrics"], 2, "collection_failed", "wrong"),
     (["--log", "absent/log"], 3, "collection_failed", "cannot write"),
+    (["--log", "kraid/log", "--record", "kraid"], 3, "collection_failed", "replaces the folder"),
     (["--plugin", source + "/README.md"], 1, "plugin_failed", ""),
     (["--tool-timeout", "0.1"], 0, "run_timed_out", "time limit"),
     (["--replay", source + "/demo", "--record", "/dev/full/new"], 3, "collection_failed", "cannot write"),

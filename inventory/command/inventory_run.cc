@@ -69,18 +69,22 @@ struct Places {
   FilePlace record;
 };
 
-/// Why one of the results would destroy another; "" when none does.
-std::string FindClash(const Options& options, const Places& places) {
+std::string WhyReplaced(const std::filesystem::path& file) {
+  return "--record replaces the folder that " + file.string() + " is in";
+}
+
+/// Why the output would destroy another result, or go with one; "" when it does not.
+std::string FindOutputClash(const Options& options, const Places& places) {
   if (AreInConflict(places.output, places.log)) return "--log and --output name the same file";
+  return IsInside(places.output, places.record) ? WhyReplaced(options.output) : "";
+}
+
+/// The same of the log, which metrics can still tell.
+std::string FindLogClash(const Options& options, const Places& places) {
   if (AreInConflict(FindPlace(options.earlier), places.log)) {
     return "--log names the document to compare with";
   }
-  for (const bool is_log : {true, false}) {
-    if (!IsInside(is_log ? places.log : places.output, places.record)) continue;
-    const std::filesystem::path& file = is_log ? options.log : options.output;
-    return "--record replaces the folder that " + file.string() + " is in";
-  }
-  return "";
+  return IsInside(places.log, places.record) ? WhyReplaced(options.log) : "";
 }
 
 /// "cannot write FILE: WHY"
@@ -334,6 +338,8 @@ int PrintAll(const Options& options, Outcome& outcome, OutputFile& output) {
 
 /// Collects and prints, when it is known where to. Returns the exit status.
 int Answer(const Options& options, const Places& places, OutputFile& output) {
+  const std::string clash = FindLogClash(options, places);
+  if (!clash.empty()) throw Refusal(clash, kExitOutput);
   LogFile log(places.log);
   if (!log.GetError().empty()) {
     throw Refusal(CannotWrite(options.log, log.GetError()), kExitOutput);
@@ -400,7 +406,7 @@ int RunInventory(const Options& options) {
     SayWhenASignalEnds(UnknownCheckLine("a signal ended the check before it had an answer"));
   }
   Places places(options);
-  const std::string clash = FindClash(options, places);
+  const std::string clash = FindOutputClash(options, places);
   if (!clash.empty()) throw Refusal(clash, kExitOutput);
   OutputFile output(std::move(places.output));
   if (AreMetrics(options)) {
