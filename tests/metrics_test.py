@@ -78,6 +78,7 @@ for arguments, status, kind, why in failed:
     for to_file in (True, False):
         with open("file", "w") as file:
             file.write("before")
+        os.chmod("file", 0o604)
         run = command + (["--output", "file"] if to_file else [])
         if arguments is not signal.SIGTERM:
             run += arguments
@@ -95,6 +96,7 @@ for arguments, status, kind, why in failed:
         expect(read[("kraid_collection_problems", (("kind", kind),))] >= 1, f"{run}: no {kind}")
         whys = [dict(labels)["why"] for name, labels in read if name == "kraid_collection_problem_info"]
         expect(any(why in text for text in whys), f"{run}: {whys}")
+        expect(os.stat("file").st_mode & 0o777 == 0o604, f"{run}: permissions")
         expect(sorted(os.listdir()) in (["file", "kraid"], ["file", "kraid", "running"]), os.listdir())
         if os.path.exists("running"):
             os.remove("running")

@@ -69,6 +69,25 @@ TEST(OpenMetrics, SaysWhetherTheCollectionIsComplete) {
   EXPECT_LE(MetricsOfNothing(std::string(100'000, '"'), time).size(), 4096U);
 }
 
+TEST(OpenMetrics, AddsUpWhatIsCountedTwiceAndNamesTheFirstProblems) {
+  standin::Repository repository;
+  Commit(repository, "KVXSG_krSCSIProtocolController", {{"ControllerNum", ""}});
+  Commit(repository, "KVXSG_krDiskDrive",
+         {{"ControllerNum", ""}, {"Channel", "1"}, {"ScsiId", "0"}, {"State", "Online"}});
+  for (const char* count : {"3", "4"}) {
+    Commit(repository, "KVXSG_krSCSIDeviceData",
+           {{"ControllerNum", ""}, {"Channel", "1"}, {"ScsiId", "0"}, {"NumSoftErrors", count}});
+  }
+  std::vector<Problem> problems;
+  for (int i = 0; i < 12; ++i) problems.push_back({std::string(200, 'x') + std::to_string(i), ""});
+  const std::string text = Print(PrintOpenMetrics, {"", 0, problems, repository});
+  EXPECT_NE(text.find("\nkraid_device_soft_errors_total{controller=\"?\",device=\"1,0\"} 7\n"),
+            std::string::npos);
+  const std::string last = "what=\"" + std::string(125, 'x') + "#10\"";
+  EXPECT_NE(text.find(last), std::string::npos);
+  EXPECT_EQ(text.find("x#11\""), std::string::npos);
+}
+
 TEST(OpenMetrics, LabelsHoldAnyTextInABoundedRoom) {
   const std::string most(126, 'x');
   const std::pair<std::string, std::string> cases[] = {

@@ -381,11 +381,15 @@ std::string MetricsOfNothingNow(const std::string& why) {
 }
 
 /// What a command line names may have gone since yesterday, and then its file is as old.
-void WriteMetricsOfWrongUsage(const std::optional<std::filesystem::path>& file) {
-  if (!file) return;
-  OutputFile output(FindPlace(*file));
+void WriteMetricsOfWrongUsage(const std::optional<Options>& options) {
+  if (!options) return;
+  Places places(*options);
+  // It is not to destroy what another result is, or was.
+  if (!FindOutputClash(*options, places).empty()) return;
+  OutputFile output(std::move(places.output));
   output.Write(MetricsOfNothingNow("the command line is wrong, or what it names is not there"));
   output.Finish();
+  if (!output.GetError().empty()) Complain(CannotWrite(options->output, output.GetError()));
 }
 
 /// Why the exception was thrown that is being handled.
@@ -408,11 +412,13 @@ int RunInventory(const Options& options) {
   Places places(options);
   const std::string clash = FindOutputClash(options, places);
   if (!clash.empty()) throw Refusal(clash, kExitOutput);
+  const bool is_standard_output =
+      options.output.empty() || places.output.descriptor == STDOUT_FILENO;
   OutputFile output(std::move(places.output));
   if (AreMetrics(options)) {
     // What a server still reads has to go, as it looks like an answer.
     const std::string why = "a signal ended the collection";
-    if (options.output.empty()) SayWhenASignalEnds(MetricsOfNothingNow(why));
+    if (is_standard_output) SayWhenASignalEnds(MetricsOfNothingNow(why));
     output.SetLastWords(MetricsOfNothingNow(why + ", or there was no room for its metrics"));
   }
   if (!output.GetError().empty()) {
@@ -435,7 +441,7 @@ int RunCommand(int argc, const char* const* argv) {
   try {
     const std::optional<Options> options = ParseOptions(argc, argv, exit_status);
     if (!options) {
-      if (exit_status == kExitUsage) WriteMetricsOfWrongUsage(FindMetricsFile(argc, argv));
+      if (exit_status == kExitUsage) WriteMetricsOfWrongUsage(FindMetricsOptions(argc, argv));
       return exit_status;
     }
     InheritLeftProcesses();

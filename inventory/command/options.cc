@@ -145,15 +145,16 @@ bool IsCheck(int argc, const char* const* argv) {
   });
 }
 
-std::optional<fs::path> FindMetricsFile(int argc, const char* const* argv) {
+std::optional<Options> FindMetricsOptions(int argc, const char* const* argv) {
   CLI::App app;
   app.allow_extras();
   app.set_help_flag();
   std::string format;
-  std::string output;
+  Options options;
   // Of several the first: what a setting has added behind them is the fault.
   for (CLI::Option* option :
-       {app.add_option("--format", format), app.add_option("--output", output)}) {
+       {app.add_option("--format", format), app.add_option("--output", options.output),
+        app.add_option("--log", options.log), app.add_option("--record", options.record)}) {
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeFirst);
   }
   try {
@@ -162,7 +163,7 @@ std::optional<fs::path> FindMetricsFile(int argc, const char* const* argv) {
     return std::nullopt;
   }
   if (format != "openmetrics") return std::nullopt;
-  return output;
+  return options;
 }
 
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status) {

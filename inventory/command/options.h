@@ -50,9 +50,9 @@ struct Options {
 /// when a check was asked for); `exit_status` then tells how to end.
 std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit_status);
 
-/// Where metrics are asked for on a command line that cannot be read otherwise: the file for them,
-/// "" for standard output. Absent where they are not, or that cannot be read either.
-std::optional<std::filesystem::path> FindMetricsFile(int argc, const char* const* argv);
+/// Where metrics are asked for on a command line that cannot be read otherwise: where results go,
+/// and nothing else. Absent where they are not asked for, or that cannot be read either.
+std::optional<Options> FindMetricsOptions(int argc, const char* const* argv);
 
 /// Whether a check is asked for somewhere on a command line, be it one that cannot be read.
 bool IsCheck(int argc, const char* const* argv);

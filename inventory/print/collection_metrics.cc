@@ -45,8 +45,9 @@ void WriteRuns(const std::vector<RunRecord>& runs, OpenMetricsWriter& metrics) {
   std::map<std::string, std::array<std::size_t, kEnds>> tools;
   for (const RunRecord& run : runs) ++tools[run.Tool()][static_cast<std::size_t>(run.end)];
   metrics.Family("kraid_collection_runs", "Runs of a tool in this collection, by how they ended.");
+  DistinctNames names;
   for (const auto& [tool, counts] : tools) {
-    const MetricLabels labels = MetricLabels().With("tool", tool);
+    const MetricLabels labels = MetricLabels().With("tool", names.Take(tool));
     for (std::size_t end = 0; end < kEnds; ++end) {
       const std::string_view outcome = NameOf(static_cast<RunEnd>(end));
       metrics.Sample(labels.With("outcome", outcome), static_cast<double>(counts[end]));

@@ -22,7 +22,7 @@ std::string Cut(std::string text, std::size_t size) {
 
 /// Of a label: readable text as it stands between the quotes.
 std::string LabelText(std::string_view text) {
-  // Beyond this nothing is seen of it, whatever becomes of its characters.
+  // What is behind this does not matter, even where blanks make room for it.
   constexpr std::size_t kSeen = 4 * kLongestLabel;
   return Cut(Readable(std::string(text.substr(0, kSeen))), kLongestLabel);
 }
