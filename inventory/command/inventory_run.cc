@@ -357,7 +357,7 @@ int Answer(const Options& options, const Places& places, OutputFile& output) {
   auto limit = options.timeout;
   Begin(options, source, lock, limit);
   Outcome outcome = TakeOutcome(options, limit, log, source);
-  outcome.machine = ReadMachine(*outcome.report);
+  outcome.machine = ReadMachine(*outcome.report, options.log_entries);
   const std::vector<std::string> losses = AddProblems(options, outcome);
   if (!options.is_check) std::for_each(losses.begin(), losses.end(), Complain);
   if (earlier) {

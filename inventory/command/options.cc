@@ -12,6 +12,7 @@
 #include "inventory/command/exit_status.h"
 #include "inventory/command/messages.h"
 #include "inventory/print/check_line.h"
+#include "inventory/print/html/html_page.h"
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
@@ -36,8 +37,11 @@ constexpr char kFooter[] =
     "  kraid-inventory --compare last-week.json           what has changed since\n";
 
 /// The views that a format names. The instances as text and the check are asked for otherwise.
-constexpr std::pair<const char*, PrintView> kFormats[] = {
-    {"text", PrintText}, {"json", PrintJson}, {"mof", PrintMof}, {"openmetrics", PrintOpenMetrics}};
+constexpr std::pair<const char*, PrintView> kFormats[] = {{"text", PrintText},
+                                                          {"html", PrintHtml},
+                                                          {"json", PrintJson},
+                                                          {"mof", PrintMof},
+                                                          {"openmetrics", PrintOpenMetrics}};
 constexpr std::pair<const char*, RunsShown> kRunsShown[] = {
     {"none", RunsShown::kNone}, {"failed", RunsShown::kFailed}, {"all", RunsShown::kAll}};
 constexpr std::pair<const char*, Color> kColors[] = {
@@ -195,16 +199,16 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                      "the plug-in to load (default: the one beside this program)")
           ->type_name("FILE")
           ->check(CLI::ExistingFile.description(""));
-  CLI::Option* const format =
-      AddChoice(app, "--format", options.view, kFormats,
-                "text, for people (the default); json; mof, for the schema kvxsg.mof; openmetrics");
+  CLI::Option* const format = AddChoice(
+      app, "--format", options.view, kFormats,
+      "text, for people (the default); html, a page; json; mof, for kvxsg.mof; openmetrics");
   AddChoice(app, "--color", options.color, kColors,
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
   app.add_flag("--brief", options.brief, "text: what needs attention, and nothing else");
   app.add_flag("--check", check, "one line and the exit status for a monitoring system");
   CLI::Option* const compare =
       app.add_option("--compare", options.earlier,
-                     "text, json: also what has changed since FILE, an earlier JSON document")
+                     "text, html, json: also what has changed since FILE, an earlier JSON")
           ->type_name("FILE")
           ->check(CLI::Validator(CheckNotEmpty, ""));
   CLI::Option* const expect =
@@ -300,13 +304,19 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
   if (!options.controllers.empty() && (options.view == PrintMof || !options.all_classes)) {
     return RefuseUsage("--controller goes with neither mof nor classes", arguments, exit_status);
   }
+  if (options.view == PrintHtml) {
+    if (!options.all_classes) {
+      return RefuseUsage("--format html goes with no classes", arguments, exit_status);
+    }
+    options.log_entries = kPageLogEntries;
+  }
   if (no_instances && (options.view != PrintJson || !options.all_classes)) {
     return RefuseUsage("--no-instances is for json of all classes", arguments, exit_status);
   }
   options.instances = !no_instances;
-  const bool compares = is_text || options.view == PrintJson;
+  const bool compares = is_text || options.view == PrintHtml || options.view == PrintJson;
   if (compare->count() > 0 && !(compares && !check && options.all_classes)) {
-    return RefuseUsage("--compare is for the text report and json", arguments, exit_status);
+    return RefuseUsage("--compare is for the text report, html and json", arguments, exit_status);
   }
   if (expect->count() > 0 && !check) {
     return RefuseUsage("--expect is for --check", arguments, exit_status);

@@ -40,6 +40,7 @@ struct Options {
   bool sanitize = false;
   std::string sanitize_key;       // empty: a random one
   std::filesystem::path earlier;  // a JSON document to compare with; empty: none
+  std::size_t log_entries = 5;    // of each log, that are shown
   bool instances = true;          // in JSON
   bool brief = false;
   bool verbose = false;

@@ -15,12 +15,23 @@ namespace {
 
 using standin::StoredInstance;
 
-constexpr std::size_t kLastEntries = 5;
+/// In a ring, as a log may be long: the newest takes the place of the oldest.
+template <class Log, class Entry>
+void KeepLast(Log& log, std::size_t kept, Entry entry) {
+  if (log.last.size() < kept) {
+    log.last.push_back(std::move(entry));
+  } else {
+    log.last[log.count % kept] = std::move(entry);
+  }
+  ++log.count;
+}
 
-template <class Entry>
-void KeepLast(std::vector<Entry>& entries, Entry entry) {
-  entries.push_back(std::move(entry));
-  if (entries.size() > kLastEntries) entries.erase(entries.begin());
+template <class Log>
+void Order(Log& log) {
+  if (log.count <= log.last.size()) return;
+  const auto oldest = log.count % log.last.size();
+  std::rotate(log.last.begin(), log.last.begin() + static_cast<std::ptrdiff_t>(oldest),
+              log.last.end());
 }
 
 /// "20041127021408.000000-300" as "2004-11-27 02:14:08 -0500".
@@ -43,14 +54,14 @@ Time ReadTime(const StoredInstance& instance, bool with_offset) {
 
 }  // namespace
 
-EventWords ReadEventWords(const StoredInstance& instance, const char* property) {
+EventWords ReadEventWords(const StoredInstance& instance, const char* property, std::size_t kept) {
   EventWords words;
   words.is_collected = true;
   const NKVXHMZ20::TCIMValue* value = instance.Find(property);
   if (value == nullptr || !value->IsArray()) return words;
   const std::vector<std::uint32_t>& elements = value->GetNumbers();
   words.count = elements.size();
-  const std::size_t shown = std::min(kLastEntries, words.count);
+  const std::size_t shown = std::min(kept, words.count);
   for (std::size_t i = words.count - shown; i < words.count; ++i) {
     char text[16];
     std::snprintf(text, sizeof text, "%08X", elements[i]);
@@ -59,16 +70,15 @@ EventWords ReadEventWords(const StoredInstance& instance, const char* property) 
   return words;
 }
 
-void AddDddEvent(const StoredInstance& instance, Controller& controller) {
-  ++controller.defunct_log.count;
+void AddDddEvent(const StoredInstance& instance, std::size_t kept, Controller& controller) {
   KeepLast(
-      controller.defunct_log.last,
-      {ReadTime(instance, false).text,
+      controller.defunct_log, kept,
+      DefunctEvent{ReadTime(instance, false).text,
        Place(PropertyText(instance, "Channel"), PropertyText(instance, "ID")),
        MakeText(PropertyText(instance, "Reason")), MakeText(PropertyText(instance, "Descrip"))});
 }
 
-void AddManagerEvent(const StoredInstance& instance, Machine& machine) {
+void AddManagerEvent(const StoredInstance& instance, std::size_t kept, Machine& machine) {
   ManagerEvent event = {ReadTime(instance, true), MakeText(PropertyText(instance, "Severity")),
                         MakeText(PropertyText(instance, "MachineName")),
                         MakeText(PropertyText(instance, "Message"))};
@@ -77,6 +87,10 @@ void AddManagerEvent(const StoredInstance& instance, Machine& machine) {
       !(event.severity || event.machine || event.message)) {
     return;
   }
-  ++machine.manager_log.count;
-  KeepLast(machine.manager_log.last, std::move(event));
+  KeepLast(machine.manager_log, kept, std::move(event));
+}
+
+void OrderLastEvents(Machine& machine) {
+  for (Controller& controller : machine.controllers) Order(controller.defunct_log);
+  Order(machine.manager_log);
 }

@@ -20,6 +20,8 @@ using standin::StoredInstance;
 
 class MachineReader {
  public:
+  explicit MachineReader(std::size_t log_entries) : log_entries_(log_entries) {}
+
   Machine Read(const Report& report);
 
  private:
@@ -63,21 +65,25 @@ class MachineReader {
     DraftOf(instance).errors.ReadCounters(instance);
   }
   void ReadSoftEvents(const StoredInstance& instance) {
-    ControllerOf(instance).soft_log = ReadEventWords(instance, "HexSoftEvent");
+    ControllerOf(instance).soft_log = ReadEventWords(instance, "HexSoftEvent", log_entries_);
   }
   void ReadHardEvents(const StoredInstance& instance) {
-    ControllerOf(instance).hard_log = ReadEventWords(instance, "HexHardEvent");
+    ControllerOf(instance).hard_log = ReadEventWords(instance, "HexHardEvent", log_entries_);
   }
   void ReadDddEvent(const StoredInstance& instance) {
-    AddDddEvent(instance, machine_.controllers[IndexOf(PropertyText(instance, "Controller"))]);
+    AddDddEvent(instance, log_entries_,
+                machine_.controllers[IndexOf(PropertyText(instance, "Controller"))]);
   }
-  void ReadManagerEvent(const StoredInstance& instance) { AddManagerEvent(instance, machine_); }
+  void ReadManagerEvent(const StoredInstance& instance) {
+    AddManagerEvent(instance, log_entries_, machine_);
+  }
   template <Version Controller::*kField>
   void ReadVersion(const StoredInstance& instance) {
     machine_.controllers[IndexOf(PropertyText(instance, "SoftwareElementID"))].*
         kField = {MakeText(PropertyText(instance, "Version"))};
   }
 
+  std::size_t log_entries_;
   Machine machine_;
   std::vector<Draft> drafts_;  // one for each controller
   std::unordered_map<std::string, std::size_t> indices_;
@@ -118,6 +124,7 @@ Machine MachineReader::Read(const Report& report) {
     drafts_[i].errors.MoveTo(controller, devices);
     GroupDrives(drafts_[i].arrays, drafts_[i].locations, devices, controller);
   }
+  OrderLastEvents(machine_);
   AddRawOutputs(outputs_, report, machine_);
   // The only tool that has such a log; an empty one leaves no instance.
   for (Controller& controller : machine_.controllers) {
@@ -237,4 +244,6 @@ void MachineReader::ReadDiskDrive(const StoredInstance& instance) {
 
 }  // namespace
 
-Machine ReadMachine(const Report& report) { return MachineReader().Read(report); }
+Machine ReadMachine(const Report& report, std::size_t log_entries) {
+  return MachineReader(log_entries).Read(report);
+}

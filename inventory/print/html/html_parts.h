@@ -1,0 +1,50 @@
+#ifndef INVENTORY_PRINT_HTML_HTML_PARTS_H_
+#define INVENTORY_PRINT_HTML_HTML_PARTS_H_
+
+#include <string>
+
+#include "inventory/print/html/html_writer.h"
+#include "inventory/print/view.h"
+
+// The parts of the page, each in the file of its name; page.html says where they go.
+
+// html_summary.cc
+void WriteSummary(const ViewInput& input, HtmlWriter& html);
+void WriteContents(const ViewInput& input, HtmlWriter& html);
+void WriteFindings(const ViewInput& input, HtmlWriter& html);
+/// What was not collected, as plain as the findings.
+void WriteLosses(const ViewInput& input, HtmlWriter& html);
+void WriteChanges(const ViewInput& input, HtmlWriter& html);
+
+/// html_controllers.cc: a card for each, with its facts and its drawing.
+void WriteControllers(const ViewInput& input, HtmlWriter& html);
+/// html_drawing.cc: the arrays, then a shelf for each channel with a box for each device.
+void WriteDrawing(const Controller& controller, std::size_t index, HtmlWriter& html);
+/// html_table.cc: all drives and devices as a tree whose rows sort.
+void WriteTable(const ViewInput& input, HtmlWriter& html);
+/// html_events.cc
+void WriteEvents(const ViewInput& input, HtmlWriter& html);
+/// html_runs.cc: the runs of the tools with their times, and what they printed: as much as the
+/// page has room for.
+void WriteRuns(const ViewInput& input, HtmlWriter& html);
+
+// html_words.cc: what several parts say alike.
+
+/// The shape of a severity, with its letter.
+void WriteMark(Severity severity, HtmlWriter& html);
+/// "cr", as the style names it.
+const char* ClassOf(Severity severity);
+/// Where on the page it is: "c0", "c0-d3". The row of the table has the same with "r" in front.
+std::string IdOf(const Subject& subject);
+/// "Controller 2 “mail”"
+std::string TitleOf(const Controller& controller);
+/// "9 hard, 114 soft, 3 misc": of what is above 0.
+std::string DescribeCounters(const std::vector<ErrorCounters>& counters);
+/// "RAID 5", "Volume"
+std::string DescribeLevel(const Text& level);
+/// "70006 MB"; "" for what holds no data.
+std::string DescribeRoom(const std::optional<Size>& size);
+/// "18 entries, the last 5"
+std::string DescribeEntries(std::size_t count, std::size_t shown);
+
+#endif  // INVENTORY_PRINT_HTML_HTML_PARTS_H_

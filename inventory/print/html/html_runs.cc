@@ -1,0 +1,175 @@
+// The runs of the tools: when, for how long, how they ended, what they printed.
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "inventory/base/readable.h"
+#include "inventory/base/times.h"
+#include "inventory/print/html/html_parts.h"
+
+namespace {
+
+// The size of a page, in bytes.
+constexpr std::size_t kPageRoom = 60'000;
+constexpr std::size_t kRoomOfDevice = 1'000;
+constexpr std::size_t kLeastRoom = 16'000;    // for what the tools printed
+constexpr std::size_t kMarkupOfOutput = 180;  // of a run besides its output
+
+/// The runs of a tool about one controller, which stand together.
+using Group = std::vector<const RunRecord*>;
+
+bool IsTogether(const RunRecord& a, const RunRecord& b) {
+  return a.program == b.program && a.Controller() == b.Controller();
+}
+
+std::vector<Group> GroupRuns(const std::vector<RunRecord>& runs) {
+  std::vector<Group> groups;
+  for (const RunRecord& run : runs) {
+    if (run.is_tool_absent) continue;
+    if (groups.empty() || !IsTogether(*groups.back().front(), run)) groups.emplace_back();
+    groups.back().push_back(&run);
+  }
+  return groups;
+}
+
+/// "exit status 1", "stopped at its limit"; "" for one that ended well.
+std::string DescribeEnd(const RunRecord& run) {
+  std::string text = run.reason;
+  if (text.empty() && run.end == RunEnd::kExited && run.exit_status != 0) {
+    text = "exit status " + std::to_string(run.exit_status);
+  } else if (text.empty() && run.end != RunEnd::kExited) {
+    text = NameOf(run.end);
+  }
+  if (!run.why_unreadable.empty()) text += (text.empty() ? "" : "; ") + run.why_unreadable;
+  if (!run.left_behind.empty()) {
+    text += (text.empty() ? "" : "; ") + Counted(run.left_behind.size(), "process left behind");
+  }
+  return text;
+}
+
+class RunsWriter {
+ public:
+  RunsWriter(const Report& report, std::size_t room, HtmlWriter& html)
+      : report_(report), html_(html), share_(FindShare(room)) {
+    for (const RunRecord& run : report.runs) {
+      if (const auto start = ToInstant(run.started)) {
+        begin_ = begin_ ? std::min(*begin_, start->utc) : start->utc;
+        end_ = std::max(end_, start->utc + run.duration);
+      }
+    }
+  }
+
+  void Write(const Group& group) {
+    const RunRecord& first = *group.front();
+    std::chrono::milliseconds time{};
+    std::size_t bytes = 0;
+    std::size_t failed = 0;
+    for (const RunRecord* run : group) {
+      time += run->duration;
+      bytes += run->output_bytes;
+      failed += run->HasFailed() || !run->why_unreadable.empty() ? 1 : 0;
+    }
+    html_("<details><summary><b>{} {}</b>", first.Tool(),
+          first.Controller() == 0 ? "" : std::to_string(first.Controller()));
+    WriteBar(first, time);
+    html_("<span>{} s</span><small>{}, {}", SecondsText(time), Counted(group.size(), "run"),
+          Counted(bytes, "byte"));
+    if (failed > 0) html_(", <strong>{} failed</strong>", failed);
+    html_("</small></summary>\n");
+    for (const RunRecord* run : group) WriteRun(*run);
+    html_("</details>\n");
+  }
+
+ private:
+  /// How much of each output is shown: so much that all together have room, the short ones whole.
+  std::size_t FindShare(std::size_t room) const {
+    std::vector<std::size_t> sizes;
+    for (const RunRecord& run : report_.runs) sizes.push_back(run.output->size() + kMarkupOfOutput);
+    std::sort(sizes.begin(), sizes.end());
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+      const std::size_t share = room / (sizes.size() - i);
+      if (sizes[i] > share) return share - std::min(share, kMarkupOfOutput);
+      room -= sizes[i];
+    }
+    return std::string::npos;
+  }
+
+  void WriteRun(const RunRecord& run) {
+    html_("<p><code>{}</code>", run.Command());
+    WriteBar(run, run.duration);
+    html_("<span>{} s</span>", SecondsText(run.duration));
+    const auto [shown, is_new] = shown_.emplace(*run.output, &run);
+    std::string end = DescribeEnd(run);
+    if (!is_new && !run.output->empty()) {
+      const bool is_above = IsTogether(*shown->second, run);
+      end.append(end.empty() ? "" : ", ").append("the same output as ");
+      end += is_above ? shown->second->Command() : shown->second->CommandLine();
+    }
+    if (!end.empty()) html_("<small>{}</small>", end);
+    html_("\n");
+    if (!run.error_output.empty()) {
+      html_("<pre class=\"err\">\n");
+      html_.Lines(run.error_output);
+      html_("</pre>\n");
+    }
+    if (run.output->empty() || !is_new) return;
+    const std::size_t length = FittingLength(*run.output, share_);
+    html_("<pre>\n");
+    html_.Lines(std::string_view(*run.output).substr(0, length));
+    html_("</pre>\n");
+    if (length < run.output->size()) {
+      html_("<p class=\"cut\">{} of {} bytes, as the page has no room for more: ", length,
+            run.output->size());
+      html_("a recording (<code>--record</code>) has all.</p>\n");
+    }
+  }
+
+  /// Where in the collection it was, and for how long.
+  void WriteBar(const RunRecord& run, std::chrono::milliseconds time) {
+    const auto start = ToInstant(run.started);
+    const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - begin_.value_or(end_));
+    if (!start || whole.count() <= 0) {
+      html_("<svg></svg>");
+      return;
+    }
+    const auto share = [&](auto part) {
+      return std::chrono::duration_cast<std::chrono::milliseconds>(part).count() * 100 /
+             whole.count();
+    };
+    html_("<svg><rect x=\"{}%\" width=\"{}%\"/></svg>", std::min(99L, share(start->utc - *begin_)),
+          std::max(1L, share(time)));
+  }
+
+  const Report& report_;
+  HtmlWriter& html_;
+  std::size_t share_;
+  std::unordered_map<std::string_view, const RunRecord*> shown_;
+  std::optional<decltype(Instant::utc)> begin_;
+  decltype(Instant::utc) end_{};
+};
+
+}  // namespace
+
+void WriteRuns(const ViewInput& input, HtmlWriter& html) {
+  const Report& report = input.report;
+  html("<section id=\"runs\" aria-labelledby=\"hr\">\n<h2 id=\"hr\">Tool runs</h2>\n");
+  const std::vector<Group> groups = GroupRuns(report.runs);
+  if (groups.empty()) {
+    html("<p>No tool was run.</p>\n</section>");
+    return;
+  }
+  html("<p>Each bar shows when in the collection the tool ran about a controller, and for how ");
+  html("long. What it printed is folded away. <button type=\"button\" id=\"fold\" hidden>");
+  html("Open all</button></p>\n");
+  const std::size_t most = kPageRoom + kRoomOfDevice * input.machine.CountDevices();
+  const std::size_t room = most - std::min(most, html.GetSize());
+  RunsWriter writer(report, std::max(room, kLeastRoom), html);
+  for (const Group& group : groups) writer.Write(group);
+  html("</section>");
+}

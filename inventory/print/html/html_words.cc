@@ -1,0 +1,61 @@
+#include "inventory/print/html/html_parts.h"
+
+const char* ClassOf(Severity severity) {
+  static constexpr const char* kClasses[] = {"ok", "wn", "cr"};
+  return kClasses[static_cast<int>(severity)];
+}
+
+void WriteMark(Severity severity, HtmlWriter& html) {
+  static constexpr const char* kLetters[] = {"O", "W", "C"};
+  html("<i class=\"m {}\">{}</i>", ClassOf(severity), kLetters[static_cast<int>(severity)]);
+}
+
+std::string IdOf(const Subject& subject) {
+  static constexpr const char* kKinds[] = {"t", "", "-l", "-d", "-ul", "-ud", "-m"};
+  const std::string kind = kKinds[static_cast<int>(subject.kind)];
+  if (subject.kind == Subject::Kind::kTool) return kind + std::to_string(subject.index);
+  const std::string controller = "c" + std::to_string(subject.controller);
+  return kind.empty() ? controller : controller + kind + std::to_string(subject.index);
+}
+
+std::string TitleOf(const Controller& controller) {
+  const std::string title = "Controller " + controller.NumberText();
+  return controller.name ? title + " “" + *controller.name + "”" : title;
+}
+
+std::string DescribeCounters(const std::vector<ErrorCounters>& counters) {
+  static constexpr struct {
+    const char* name;
+    std::optional<Number> ErrorCounters::*count;
+  } kRows[] = {
+      {" hard", &ErrorCounters::hard},
+      {" soft", &ErrorCounters::soft},
+      {" parity", &ErrorCounters::parity},
+      {" PFA", &ErrorCounters::predicted_failures},
+      {" misc", &ErrorCounters::misc},
+  };
+  std::string text;
+  for (const ErrorCounters& all : counters) {
+    for (const auto& row : kRows) {
+      const std::optional<Number>& count = all.*row.count;
+      if (!count || IsZero(*count)) continue;
+      text.append(text.empty() ? "" : ", ").append(count->text).append(row.name);
+    }
+  }
+  return text;
+}
+
+std::string DescribeLevel(const Text& level) {
+  if (!level) return "";
+  return IsDigits(*level) ? "RAID " + *level : *level;
+}
+
+std::string DescribeRoom(const std::optional<Size>& size) {
+  const std::string text = size ? DescribeSize(*size) : "";
+  return text == "0 MB" ? "" : text;
+}
+
+std::string DescribeEntries(std::size_t count, std::size_t shown) {
+  const std::string all = std::to_string(count) + (count == 1 ? " entry" : " entries");
+  return count > shown ? all + ", the last " + std::to_string(shown) : all;
+}
