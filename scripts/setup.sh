@@ -1,6 +1,6 @@
 # Sourced by demo.sh and test.sh: installs what the named purposes need and is not there yet.
 #
-#   need PURPOSE...      build, test, check, fuzz, package, fleet
+#   need PURPOSE...      build, test, check, fuzz, package, fleet, browser
 #
 # On Debian and its relatives through apt-get (with sudo when not root); elsewhere it says what is
 # needed and goes on.
@@ -11,6 +11,10 @@ packages_check="git clang-format-14 clang-tidy-14 libbenchmark-dev"
 packages_fuzz="clang-14 libclang-rt-14-dev"
 packages_package="dpkg-dev file jq lintian man-db mandoc systemd"
 packages_fleet="curl icinga2-bin jq prometheus prometheus-alertmanager prometheus-node-exporter python3 python3-prometheus-client python3-yaml"
+packages_browser="chromium poppler-utils tidy"
+# Not where they came from elsewhere: that makes no Debian package of npm's parts.
+command -v node >/dev/null 2>&1 || packages_browser="$packages_browser nodejs"
+command -v npm >/dev/null 2>&1 || packages_browser="$packages_browser npm"
 
 need() {
   wanted=""
@@ -51,4 +55,10 @@ build() {
   shift
   cmake --preset "$preset" --log-level=NOTICE "$@" >&2
   cmake --build --preset "$preset" >&2
+}
+
+# need_browser: what the test in a browser needs, its two packages of npm's as their lock file has them.
+need_browser() {
+  need browser
+  [ -e tests/browser/node_modules ] || npm ci --prefix tests/browser --no-audit --no-fund >&2
 }

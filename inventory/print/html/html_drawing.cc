@@ -133,18 +133,19 @@ class DrawingWriter {
   void WriteDevice(const Box& box) {
     const Device& device = controller_.devices[box.index];
     const std::string id = Id(box.kind, box.index);
-    std::string outline;
-    if (!device.arrays.empty()) outline = OutlineOf(device.arrays.front());
-    html_("<li><a id=\"{}\" class=\"{}{}{}\" href=\"#r{}\">", id, ClassOf(device.verdict),
-          device.IsDrive() ? "" : " o", outline, id);
-    WriteMark(device.verdict, html_);
+    std::string kind;
+    if (device.verdict != Severity::kFine) kind = std::string(" ") + ClassOf(device.verdict);
+    if (!device.IsDrive()) kind += " o";
+    if (!device.arrays.empty()) kind += OutlineOf(device.arrays.front());
+    html_("<li><a id=\"{}\" class=\"{}\" href=\"#r{}\">", id,
+          std::string_view(kind).substr(kind.empty() ? 0 : 1), id);
+    if (!device.arrays.empty()) {
+      html_("<em>{}</em> ", LabelOf(controller_.arrays[device.arrays.front()]));
+    }
     html_("<b>{}</b> <span>{}</span>", device.place.GetText(),
           device.state.text.value_or("no state"));
     const std::string room = DescribeRoom(device.size);
     html_(" <small>{}</small>", room.empty() ? device.type.value_or("") : room);
-    if (!device.arrays.empty()) {
-      html_("<em>{}</em>", LabelOf(controller_.arrays[device.arrays.front()]));
-    }
     html_("</a>");
     WriteTip(device);
   }
@@ -152,16 +153,16 @@ class DrawingWriter {
   /// What hover and focus show besides the box.
   void WriteTip(const Device& device) {
     const std::pair<const char*, std::string> rows[] = {
-        {"Model", device.model.value_or("")},
-        {"Serial", device.serial_number.value_or("")},
-        {"Firmware", device.firmware.value_or("")},
-        {"PFA", device.predicts_failure.Value() == false ? ""
+        {"", device.model.value_or("")},
+        {"serial ", device.serial_number.value_or("")},
+        {"firmware ", device.firmware.value_or("")},
+        {"PFA ", device.predicts_failure.Value() == false ? ""
                                                         : device.predicts_failure.text.value_or("")},
-        {"Counters", DescribeCounters(device.counters)},
+        {"errors ", DescribeCounters(device.counters)},
     };
     html_("<p>{} {}", device.place.GetText(), DescribeRoom(device.size));
     for (const auto& [name, value] : rows) {
-      if (!value.empty()) html_("<span>{} <b>{}</b></span>", name, value);
+      if (!value.empty()) html_("{}<b>{}</b>", name, value);
     }
     html_("\n");
   }
@@ -172,7 +173,6 @@ class DrawingWriter {
     const Severity severity = is_missing ? Severity::kCritical : Severity::kWarning;
     const std::string id = Id(box.kind, box.index);
     html_("<li><a id=\"{}\" class=\"{} gone\" href=\"#r{}\">", id, ClassOf(severity), id);
-    WriteMark(severity, html_);
     html_("<b>{}</b> <span>{}</span></a>\n", box.place.GetText(),
           is_missing ? "missing" : "not listed");
   }

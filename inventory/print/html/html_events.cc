@@ -33,7 +33,7 @@ Severity SeverityOf(const ManagerEvent& event) {
 
 struct Moment {
   std::int64_t seconds;
-  std::string text;
+  const std::string& text;  // of its log
 };
 
 /// One row of the time line.
@@ -43,8 +43,8 @@ struct Lane {
   std::vector<Moment> moments = {};
 };
 
-void Add(Lane& lane, const std::string& time, const std::string& text) {
-  if (const auto seconds = WallClock(time)) lane.moments.push_back({*seconds, time + " " + text});
+void Add(Lane& lane, const std::string& time) {
+  if (const auto seconds = WallClock(time)) lane.moments.push_back({*seconds, time});
 }
 
 std::vector<Lane> LanesOf(const Machine& machine) {
@@ -54,7 +54,7 @@ std::vector<Lane> LanesOf(const Machine& machine) {
     Lane& lane = of_manager[event.severity];
     lane.name = "Manager " + event.severity.value_or("");
     lane.severity = SeverityOf(event);
-    Add(lane, event.time.text, event.message.value_or(""));
+    Add(lane, event.time.text);
   }
   for (auto& [severity, lane] : of_manager) lanes.push_back(std::move(lane));
   std::stable_sort(lanes.begin(), lanes.end(),
@@ -62,7 +62,7 @@ std::vector<Lane> LanesOf(const Machine& machine) {
   for (const Controller& controller : machine.controllers) {
     Lane lane = {TitleOf(controller) + " defunct", Severity::kCritical};
     for (const DefunctEvent& event : controller.defunct_log.last) {
-      Add(lane, event.local_time, event.place.GetText() + " " + event.description.value_or(""));
+      Add(lane, event.local_time);
     }
     lanes.push_back(std::move(lane));
   }

@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -18,8 +20,8 @@ namespace {
 // The size of a page, in bytes.
 constexpr std::size_t kPageRoom = 60'000;
 constexpr std::size_t kRoomOfDevice = 1'000;
-constexpr std::size_t kLeastRoom = 16'000;    // for what the tools printed
-constexpr std::size_t kMarkupOfOutput = 180;  // of a run besides its output
+constexpr std::size_t kRest = 500;          // that follows
+constexpr std::size_t kLeastRoom = 32'000;  // for what the tools printed
 
 /// The runs of a tool about one controller, which stand together.
 using Group = std::vector<const RunRecord*>;
@@ -53,10 +55,44 @@ std::string DescribeEnd(const RunRecord& run) {
   return text;
 }
 
+/// Whether nothing tells the runs apart but their commands and times, as where no controller is.
+bool IsAllTheSame(const Group& group) {
+  const RunRecord& first = *group.front();
+  return group.size() > 1 && std::all_of(group.begin(), group.end(), [&](const RunRecord* run) {
+           return *run->output == *first.output && DescribeEnd(*run) == DescribeEnd(first) &&
+                  run->error_output == first.error_output;
+         });
+}
+
+std::size_t EscapedSize(std::string_view text) {
+  SizeSink sink;
+  HtmlWriter(sink).Lines(text);
+  return sink.size;
+}
+
+/// How much of each output is shown: so much that all together have room, the short ones whole. One
+/// that came several times is shown once.
+std::size_t FindShare(const std::vector<RunRecord>& runs, std::size_t room) {
+  std::set<std::string_view> outputs;
+  for (const RunRecord& run : runs) outputs.insert(*run.output);
+  std::vector<std::size_t> sizes;
+  for (const std::string_view output : outputs) {
+    sizes.push_back(output.size() > room ? output.size() : EscapedSize(output));
+  }
+  std::sort(sizes.begin(), sizes.end());
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    const std::size_t share = room / (sizes.size() - i);
+    if (sizes[i] > share) return share;
+    room -= sizes[i];
+  }
+  return std::string::npos;
+}
+
 class RunsWriter {
  public:
-  RunsWriter(const Report& report, std::size_t room, HtmlWriter& html)
-      : report_(report), html_(html), share_(FindShare(room)) {
+  /// Of each output it writes as much as `share`, and of none anything when that is 0.
+  RunsWriter(const Report& report, std::size_t share, HtmlWriter& html)
+      : html_(html), share_(share) {
     for (const RunRecord& run : report.runs) {
       if (const auto start = ToInstant(run.started)) {
         begin_ = begin_ ? std::min(*begin_, start->utc) : start->utc;
@@ -82,52 +118,55 @@ class RunsWriter {
           Counted(bytes, "byte"));
     if (failed > 0) html_(", <strong>{} failed</strong>", failed);
     html_("</small></summary>\n");
-    for (const RunRecord* run : group) WriteRun(*run);
+    if (IsAllTheSame(group)) {
+      WriteAtOnce(group);
+    } else {
+      for (const RunRecord* run : group) WriteRun(*run);
+    }
     html_("</details>\n");
   }
 
  private:
-  /// How much of each output is shown: so much that all together have room, the short ones whole.
-  std::size_t FindShare(std::size_t room) const {
-    std::vector<std::size_t> sizes;
-    for (const RunRecord& run : report_.runs) sizes.push_back(run.output->size() + kMarkupOfOutput);
-    std::sort(sizes.begin(), sizes.end());
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-      const std::size_t share = room / (sizes.size() - i);
-      if (sizes[i] > share) return share - std::min(share, kMarkupOfOutput);
-      room -= sizes[i];
+  void WriteAtOnce(const Group& group) {
+    html_("<p class=\"alike\">");
+    for (const RunRecord* run : group) {
+      html_("{} {} s, ", run->Command(), SecondsText(run->duration));
     }
-    return std::string::npos;
+    const RunRecord& first = *group.front();
+    const std::string end = DescribeEnd(first);
+    html_("each {}:\n", end.empty() ? "with this output" : end.c_str());
+    WriteOutputs(first);
   }
 
   void WriteRun(const RunRecord& run) {
     html_("<p><code>{}</code>", run.Command());
     WriteBar(run, run.duration);
     html_("<span>{} s</span>", SecondsText(run.duration));
-    const auto [shown, is_new] = shown_.emplace(*run.output, &run);
-    std::string end = DescribeEnd(run);
-    if (!is_new && !run.output->empty()) {
-      const bool is_above = IsTogether(*shown->second, run);
-      end.append(end.empty() ? "" : ", ").append("the same output as ");
-      end += is_above ? shown->second->Command() : shown->second->CommandLine();
-    }
-    if (!end.empty()) html_("<small>{}</small>", end);
+    if (const std::string end = DescribeEnd(run); !end.empty()) html_("<small>{}</small>", end);
     html_("\n");
+    WriteOutputs(run);
+  }
+
+  void WriteOutputs(const RunRecord& run) {
     if (!run.error_output.empty()) {
       html_("<pre class=\"err\">\n");
       html_.Lines(run.error_output);
       html_("</pre>\n");
     }
-    if (run.output->empty() || !is_new) return;
-    const std::size_t length = FittingLength(*run.output, share_);
+    if (run.output->empty()) return;
+    const auto [shown, is_new] = shown_.emplace(*run.output, &run);
+    if (!is_new) {
+      html_("<p class=\"cut\">Its output is that of {}.\n", shown->second->CommandLine());
+      return;
+    }
     html_("<pre>\n");
+    const std::size_t length = share_ == 0 ? 0 : FittingLength(*run.output, share_);
     html_.Lines(std::string_view(*run.output).substr(0, length));
     html_("</pre>\n");
-    if (length < run.output->size()) {
-      html_("<p class=\"cut\">{} of {} bytes, as the page has no room for more: ", length,
-            run.output->size());
-      html_("a recording (<code>--record</code>) has all.</p>\n");
-    }
+    if (length == run.output->size() || share_ == 0) return;
+    html_("<p class=\"cut\">{} of {} bytes, as the page has no room for more: ", length,
+          run.output->size());
+    html_("a recording (<code>--record</code>) has all.\n");
   }
 
   /// Where in the collection it was, and for how long.
@@ -146,7 +185,6 @@ class RunsWriter {
           std::max(1L, share(time)));
   }
 
-  const Report& report_;
   HtmlWriter& html_;
   std::size_t share_;
   std::unordered_map<std::string_view, const RunRecord*> shown_;
@@ -168,8 +206,15 @@ void WriteRuns(const ViewInput& input, HtmlWriter& html) {
   html("long. What it printed is folded away. <button type=\"button\" id=\"fold\" hidden>");
   html("Open all</button></p>\n");
   const std::size_t most = kPageRoom + kRoomOfDevice * input.machine.CountDevices();
-  const std::size_t room = most - std::min(most, html.GetSize());
-  RunsWriter writer(report, std::max(room, kLeastRoom), html);
-  for (const Group& group : groups) writer.Write(group);
+  const auto write = [&](std::size_t share, HtmlWriter& to) {
+    RunsWriter writer(report, share, to);
+    for (const Group& group : groups) writer.Write(group);
+  };
+  SizeSink nowhere;
+  HtmlWriter measured(nowhere);
+  write(0, measured);
+  const std::size_t taken = html.GetSize() + measured.GetSize() + kRest;
+  const std::size_t room = std::max(most - std::min(most, taken), kLeastRoom);
+  write(std::max(FindShare(report.runs, room), std::size_t{1}), html);
   html("</section>");
 }

@@ -72,8 +72,9 @@ void WriteSummary(const ViewInput& input, HtmlWriter& html) {
     html("<li><a class=\"wn\" href=\"#losses\"><b>{}</b> not collected</a>", losses);
   }
   WriteTile("machine", machine.controllers.size(), "controller", "", html);
-  WriteTile("drives", machine.CountLogicalDrives(), "logical drive", "", html);
-  WriteTile("drives", machine.CountDevices(), "device", "", html);
+  const char* const parts = machine.controllers.empty() ? "machine" : "drives";
+  WriteTile(parts, machine.CountLogicalDrives(), "logical drive", "", html);
+  WriteTile(parts, machine.CountDevices(), "device", "", html);
   html("\n</ul>");
 }
 

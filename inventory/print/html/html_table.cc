@@ -14,6 +14,8 @@ namespace {
 constexpr const char* kColumns[] = {"Name",     "Contr.", "Array",  "State",      "Size",  "Type",
                                     "Firmware", "Serial", "Model", "PFA", "Errors"};
 
+constexpr std::size_t kLongTable = 300;  // which the style lays out by and by
+
 class TableWriter {
  public:
   explicit TableWriter(HtmlWriter& html) : html_(html) {}
@@ -94,9 +96,11 @@ class TableWriter {
 
   void Begin(const Subject& subject, const char* kind, Severity verdict, const std::string& name,
              const std::string& array) {
-    html_("<tr id=\"r{}\" class=\"{}{}\"><th scope=\"row\"><a href=\"#{}\">{}</a>",
-          IdOf(subject), ClassOf(verdict), kind, IdOf(subject), name);
-    html_("<td>{}<td>{}", number_, array);
+    html_("<tr id=\"r{}\"", IdOf(subject));
+    if (verdict != Severity::kFine || *kind != '\0') {
+      html_(" class=\"{}{}\"", ClassOf(verdict), kind);
+    }
+    html_("><th>{}<td>{}<td>{}", name, number_, array);
   }
 
   void State(const std::string& text, Severity verdict) {
@@ -129,7 +133,9 @@ void WriteTable(const ViewInput& input, HtmlWriter& html) {
   html("<option value=\"wn cr\">what needs attention<option value=\"cr\">what has failed");
   html("</select></label> <label>with <input type=\"search\" placeholder=\"any text\"></label>");
   html(" <output>all shown</output></form>\n");
-  html("<table class=\"wide\" id=\"tree\">\n<caption>Logical drives and devices</caption>\n");
+  const bool is_long = machine.CountDevices() + machine.CountLogicalDrives() > kLongTable;
+  html("<table class=\"wide{}\" id=\"tree\">\n", is_long ? " big" : "");
+  html("<caption>Logical drives and devices</caption>\n");
   TableWriter table(html);
   table.WriteHead();
   for (std::size_t i = 0; i < machine.controllers.size(); ++i) {

@@ -31,12 +31,6 @@ std::string_view WithoutReturn(std::string_view line) {
   return line;
 }
 
-class SizeSink final : public Sink {
- public:
-  void Write(std::string_view text) override { size += text.size(); }
-  std::size_t size = 0;
-};
-
 }  // namespace
 
 void HtmlWriter::Fill(std::string_view markup, std::initializer_list<HtmlValue> values) {

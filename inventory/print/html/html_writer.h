@@ -94,6 +94,13 @@ class HtmlWriter {
   std::size_t size_ = 0;
 };
 
+/// Counts what is written, and keeps nothing.
+class SizeSink final : public Sink {
+ public:
+  void Write(std::string_view text) override { size += text.size(); }
+  std::size_t size = 0;
+};
+
 /// How many bytes of `text` at its beginning are no more than `most` once they are escaped; whole
 /// lines, if there are any.
 std::size_t FittingLength(std::string_view text, std::size_t most);
