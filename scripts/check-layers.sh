@@ -36,6 +36,7 @@ may_include inventory/base hmz/ "$data"
 may_include inventory/runs hmz/ standin/ $texts $base
 may_include inventory/machine hmz/ "$data" $texts $base
 may_include inventory/print hmz/ "$data" $base $machine
+may_include inventory/print/html $base $machine 'inventory/print/view\.h'
 may_include inventory/command hmz/ standin/ $texts $base $machine $print inventory/runs/
 
 # Data may: a recording's files are named by the commands of the tools.

@@ -162,6 +162,13 @@ TEST_F(Inventory, OfTheSampleMachineIsAsItWas) {
   CompareExpected("sample/inventory.json", text);
 }
 
+TEST_F(Inventory, ShowsThePageOfTheSampleMachine) {
+  const Outcome outcome = Run(std::string("--format html --replay ") + kDemo);
+  EXPECT_EQ(outcome.status, 0);
+  // Style and script are files of their own.
+  CompareExpected("sample/page.html", outcome.out.substr(outcome.out.find("<body")));
+}
+
 TEST_F(Inventory, TakesClassesInTheirOrderWithRepeatsAndUnknownNames) {
   // The association finds nothing at first, and then what the first pass committed before it.
   const Outcome outcome = Run(std::string("--format json --passes 2 --root ") + kDemo +

@@ -71,11 +71,11 @@ EventWords ReadEventWords(const StoredInstance& instance, const char* property, 
 }
 
 void AddDddEvent(const StoredInstance& instance, std::size_t kept, Controller& controller) {
-  KeepLast(
-      controller.defunct_log, kept,
-      DefunctEvent{ReadTime(instance, false).text,
-       Place(PropertyText(instance, "Channel"), PropertyText(instance, "ID")),
-       MakeText(PropertyText(instance, "Reason")), MakeText(PropertyText(instance, "Descrip"))});
+  KeepLast(controller.defunct_log, kept,
+           DefunctEvent{ReadTime(instance, false).text,
+                        Place(PropertyText(instance, "Channel"), PropertyText(instance, "ID")),
+                        MakeText(PropertyText(instance, "Reason")),
+                        MakeText(PropertyText(instance, "Descrip"))});
 }
 
 void AddManagerEvent(const StoredInstance& instance, std::size_t kept, Machine& machine) {

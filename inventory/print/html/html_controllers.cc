@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "inventory/base/readable.h"
-#include "inventory/machine/health.h"
+#include "inventory/machine/state_words.h"
 #include "inventory/print/html/html_parts.h"
 
 namespace {
@@ -28,6 +28,8 @@ std::vector<Fact> FactsOf(const Controller& controller) {
   return {
       {"Status", controller.state.text.value_or("not reported"), controller.state.judgement},
       BatteryFact(controller.battery),
+      {"Battery too warm", controller.battery.over_temperature.text,
+       JudgeFlag(controller.battery.over_temperature)},
       {"Firmware", controller.firmware.Reported()},
       {"BIOS", controller.bios.Reported()},
       {"Boot block", controller.boot_block.Reported()},
@@ -70,8 +72,8 @@ void WriteOperation(const Operation& operation, HtmlWriter& html) {
 }
 
 void WriteCard(const Controller& controller, std::size_t index, Severity worst, HtmlWriter& html) {
-  html("<article class=\"card {}\" id=\"c{}\" aria-labelledby=\"hc{}\">\n",
-       ClassOf(worst), index, index);
+  html("<article class=\"card {}\" id=\"c{}\" aria-labelledby=\"hc{}\">\n", ClassOf(worst), index,
+       index);
   html("<h3 id=\"hc{}\">", index);
   if (worst != Severity::kFine) WriteMark(worst, html);
   html("{} <span>{}</span></h3>\n", TitleOf(controller),

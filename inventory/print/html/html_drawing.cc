@@ -140,9 +140,10 @@ class DrawingWriter {
     html_("<li><a id=\"{}\" class=\"{}\" href=\"#r{}\">", id,
           std::string_view(kind).substr(kind.empty() ? 0 : 1), id);
     if (!device.arrays.empty()) {
-      html_("<em>{}</em> ", LabelOf(controller_.arrays[device.arrays.front()]));
+      html_("<em>{}{}</em>", LabelOf(controller_.arrays[device.arrays.front()]),
+            device.arrays.size() > 1 ? "+" : "");
     }
-    html_("<b>{}</b> <span>{}</span>", device.place.GetText(),
+    html_(" <b>{}</b> <span>{}</span>", device.place.GetText(),
           device.state.text.value_or("no state"));
     const std::string room = DescribeRoom(device.size);
     html_(" <small>{}</small>", room.empty() ? device.type.value_or("") : room);
@@ -156,8 +157,8 @@ class DrawingWriter {
         {"", device.model.value_or("")},
         {"serial ", device.serial_number.value_or("")},
         {"firmware ", device.firmware.value_or("")},
-        {"PFA ", device.predicts_failure.Value() == false ? ""
-                                                        : device.predicts_failure.text.value_or("")},
+        {"PFA ",
+         device.predicts_failure.Value() == false ? "" : device.predicts_failure.text.value_or("")},
         {"errors ", DescribeCounters(device.counters)},
     };
     html_("<p>{} {}", device.place.GetText(), DescribeRoom(device.size));
@@ -173,7 +174,7 @@ class DrawingWriter {
     const Severity severity = is_missing ? Severity::kCritical : Severity::kWarning;
     const std::string id = Id(box.kind, box.index);
     html_("<li><a id=\"{}\" class=\"{} gone\" href=\"#r{}\">", id, ClassOf(severity), id);
-    html_("<b>{}</b> <span>{}</span></a>\n", box.place.GetText(),
+    html_(" <b>{}</b> <span>{}</span></a>\n", box.place.GetText(),
           is_missing ? "missing" : "not listed");
   }
 

@@ -89,9 +89,8 @@ void WriteTimeLine(const Machine& machine, HtmlWriter& html) {
     for (const Moment& moment : lane.moments) all.push_back(&moment);
   }
   const auto [first, last] =
-      std::minmax_element(all.begin(), all.end(), [](const Moment* a, const Moment* b) {
-        return a->seconds < b->seconds;
-      });
+      std::minmax_element(all.begin(), all.end(),
+                          [](const Moment* a, const Moment* b) { return a->seconds < b->seconds; });
   const std::int64_t span = std::max<std::int64_t>((*last)->seconds - (*first)->seconds, 1);
   html("<dl class=\"line\">\n");
   for (const Lane& lane : lanes) WriteLane(lane, (*first)->seconds, span, html);
@@ -106,7 +105,8 @@ void WriteManagerLog(const ManagerLog& log, HtmlWriter& html) {
   std::set<std::string> severities;
   for (const ManagerEvent& event : log.last) severities.insert(event.severity.value_or("other"));
   html("<form class=\"filter\" data-of=\"log\" hidden><label>Show <select><option value=\"\">all");
-  for (const std::string& severity : severities) html("<option value=\"={}\">{}", severity, severity);
+  for (const std::string& severity : severities)
+    html("<option value=\"={}\">{}", severity, severity);
   html("</select></label> <label>with <input type=\"search\" placeholder=\"any text\"></label>");
   html(" <output>all shown</output></form>\n<table class=\"wide log\" id=\"log\">\n");
   html("<caption>Entries of the RAID manager</caption>\n<thead><tr><th scope=\"col\">Time");
@@ -114,8 +114,9 @@ void WriteManagerLog(const ManagerLog& log, HtmlWriter& html) {
   html("<tbody>\n");
   for (const ManagerEvent& event : log.last) {
     const std::string severity = event.severity.value_or("other");
-    html("<tr class=\"{}\" data-s=\"={}\"><td>{}<td>{}<td>{}<td>{}</tr>\n", ClassOf(SeverityOf(event)),
-         severity, event.time.text, severity, event.machine, event.message);
+    html("<tr class=\"{}\" data-s=\"={}\"><td>{}<td>{}<td>{}<td>{}</tr>\n",
+         ClassOf(SeverityOf(event)), severity, event.time.text, severity, event.machine,
+         event.message);
   }
   html("</tbody></table>\n");
 }
@@ -141,8 +142,8 @@ void WriteControllerLogs(const Controller& controller, HtmlWriter& html) {
     html("<thead><tr><th scope=\"col\">Time<th scope=\"col\">Device<th scope=\"col\">Reason");
     html("<th scope=\"col\">Description</thead>\n<tbody>\n");
     for (const DefunctEvent& event : defunct.last) {
-      html("<tr><td>{}<td>{}<td>{}<td>{}</tr>\n", event.local_time, event.place.GetText(), event.reason,
-           event.description);
+      html("<tr><td>{}<td>{}<td>{}<td>{}</tr>\n", event.local_time, event.place.GetText(),
+           event.reason, event.description);
     }
     html("</tbody></table>\n");
   }

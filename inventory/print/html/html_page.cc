@@ -45,10 +45,10 @@ constexpr struct {
   std::string_view name;
   void (*write)(const ViewInput& input, HtmlWriter& html);
 } kSlots[] = {
-    {"policy", WritePolicy},     {"title", WriteTitle},       {"style", WriteStyle},
-    {"script", WriteScript},     {"summary", WriteSummary},   {"contents", WriteContents},
-    {"findings", WriteFindings}, {"losses", WriteLosses},     {"changes", WriteChanges},
-    {"table", WriteTable},       {"events", WriteEvents},     {"controllers", WriteControllers},
+    {"policy", WritePolicy},     {"title", WriteTitle},     {"style", WriteStyle},
+    {"script", WriteScript},     {"summary", WriteSummary}, {"contents", WriteContents},
+    {"findings", WriteFindings}, {"losses", WriteLosses},   {"changes", WriteChanges},
+    {"table", WriteTable},       {"events", WriteEvents},   {"controllers", WriteControllers},
     {"runs", WriteRuns},         {"footer", WriteFooter},
 };
 

@@ -172,7 +172,8 @@ class RunsWriter {
   /// Where in the collection it was, and for how long.
   void WriteBar(const RunRecord& run, std::chrono::milliseconds time) {
     const auto start = ToInstant(run.started);
-    const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - begin_.value_or(end_));
+    const auto whole =
+        std::chrono::duration_cast<std::chrono::milliseconds>(end_ - begin_.value_or(end_));
     if (!start || whole.count() <= 0) {
       html_("<svg></svg>");
       return;

@@ -131,8 +131,8 @@ void WriteLosses(const ViewInput& input, HtmlWriter& html) {
       WriteEntry(Severity::kWarning, html);
       html("<b>{}</b><span>{}</span>\n", Readable(problem.what), Readable(problem.why));
     } else {
-      html("<li class=\"q\"><i class=\"m\">i</i><b>{}</b><span>not read: {}</span>\n", Readable(problem.what),
-           Readable(problem.why));
+      html("<li class=\"q\"><i class=\"m\">i</i><b>{}</b><span>not read: {}</span>\n",
+           Readable(problem.what), Readable(problem.why));
     }
   }
   if (!is_all) html("</ul>\n");

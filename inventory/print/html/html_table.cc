@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr const char* kColumns[] = {"Name",     "Contr.", "Array",  "State",      "Size",  "Type",
-                                    "Firmware", "Serial", "Model", "PFA", "Errors"};
+constexpr const char* kColumns[] = {"Name",     "Contr.", "Array", "State", "Size",  "Type",
+                                    "Firmware", "Serial", "Model", "PFA",   "Errors"};
 
 constexpr std::size_t kLongTable = 300;  // which the style lays out by and by
 
@@ -32,7 +32,8 @@ class TableWriter {
     html_("<tr class=\"g\"><th colspan=\"{}\" scope=\"col\"><a href=\"#c{}\">{}</a>\n",
           std::size(kColumns), index, TitleOf(controller));
     for (const DriveArray& array : controller.arrays) WriteArray(controller, array);
-    for (const std::size_t device : controller.unplaced_devices) WriteDevice(controller, device, "");
+    for (const std::size_t device : controller.unplaced_devices)
+      WriteDevice(controller, device, "");
     for (std::size_t i = 0; i < controller.unlisted_drives.size(); ++i) {
       const UnlistedDrive& drive = controller.unlisted_drives[i];
       WriteBare({Subject::Kind::kUnlistedDrive, index_, i},
@@ -67,12 +68,15 @@ class TableWriter {
     if (drive.access_blocked.Value() != false && drive.access_blocked.text) {
       errors += (errors.empty() ? "" : ", ") + ("access blocked: " + *drive.access_blocked.text);
     }
-    html_("<td>{}<td><td><td>{}<td><td>{}</tr>\n", DescribeLevel(drive.raid_level), drive.name, errors);
+    html_("<td>{}<td><td><td>{}<td><td>{}</tr>\n", DescribeLevel(drive.raid_level), drive.name,
+          errors);
   }
 
   void WriteDevice(const Controller& controller, std::size_t i, const std::string& array) {
     const Device& device = controller.devices[i];
-    Begin({Subject::Kind::kDevice, index_, i}, "", device.verdict, device.place.GetText(), array);
+    const std::size_t others = device.arrays.size() > 1 ? device.arrays.size() - 1 : 0;
+    Begin({Subject::Kind::kDevice, index_, i}, "", device.verdict, device.place.GetText(),
+          others == 0 ? array : array + ", and in " + Counted(others, "other"));
     State(device.state.text.value_or("not reported"), device.verdict);
     Room(device.size);
     html_("<td>{}<td>{}<td>{}<td>{}<td>", device.type, device.firmware, device.serial_number,

@@ -28,10 +28,8 @@ std::string DescribeCounters(const std::vector<ErrorCounters>& counters) {
     const char* name;
     std::optional<Number> ErrorCounters::*count;
   } kRows[] = {
-      {" hard", &ErrorCounters::hard},
-      {" soft", &ErrorCounters::soft},
-      {" parity", &ErrorCounters::parity},
-      {" PFA", &ErrorCounters::predicted_failures},
+      {" hard", &ErrorCounters::hard},     {" soft", &ErrorCounters::soft},
+      {" parity", &ErrorCounters::parity}, {" PFA", &ErrorCounters::predicted_failures},
       {" misc", &ErrorCounters::misc},
   };
   std::string text;

@@ -52,7 +52,9 @@ class HtmlValue {
   }
   // NOLINTEND(google-explicit-constructor)
 
-  std::string_view Get() const { return size_ > 0 ? std::string_view(digits_.data(), size_) : text_; }
+  std::string_view Get() const {
+    return size_ > 0 ? std::string_view(digits_.data(), size_) : text_;
+  }
 
  private:
   std::string_view text_;
