@@ -69,10 +69,14 @@ TEST(Page, HidesNothingOfAnOddMachine) {
   const Machine machine = ReadMachine(report);
   Comparison comparison;
   comparison.since = "2005-03-14T04:00:05-05:00";
-  comparison.changes.push_back(
-      {ChangeCode::kNew, machine.findings.back().subject, false, "a<b", "is new"});
-  comparison.changes.push_back({ChangeCode::kGone, Subject{}, true, "controller 9", "is gone"});
-  comparison.changes.push_back({ChangeCode::kStateChanged, std::nullopt, false, "", "other"});
+  using Place = std::optional<Subject>;
+  for (const auto& [code, place, where] :
+       {std::tuple(ChangeCode::kNew, Place(machine.findings.back().subject), "a<b"),
+        {ChangeCode::kGone, Place(Subject{}), "controller 9"},
+        {ChangeCode::kStateChanged, Place(), ""}}) {
+    comparison.changes.push_back(
+        {code, place, code == ChangeCode::kGone, where, "other", {}, {}, {}, {}});
+  }
   comparison.not_compared = {"controller 3"};
   const std::string page = Printed([&](Sink& output) {
     PrintHtml({report, machine, &comparison}, {}, output);
