@@ -16,6 +16,7 @@
 #include "inventory/machine/compare.h"
 #include "inventory/machine/read_machine.h"
 #include "inventory/print/check_line.h"
+#include "inventory/print/html/html_page.h"
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/mof_printer.h"
@@ -26,8 +27,8 @@
 
 namespace {
 
-const char* const kFormatNames[] = {"text",      "json",    "mof",        "check",
-                                    "instances", "changes", "openmetrics"};
+const char* const kFormatNames[] = {"text",      "json",    "mof",         "check",
+                                    "instances", "changes", "openmetrics", "html"};
 
 /// The changes since there were half the devices.
 int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& output) {
@@ -44,8 +45,8 @@ int PrintChanged(const ViewInput& input, const ViewOptions& options, Sink& outpu
 }
 
 void Print(const Report& report, std::int64_t format) {
-  static constexpr PrintView kViews[] = {PrintText,      PrintJson,    PrintMof,        PrintCheck,
-                                         PrintInstances, PrintChanged, PrintOpenMetrics};
+  static constexpr PrintView kViews[] = {PrintText,      PrintJson,    PrintMof,         PrintCheck,
+                                         PrintInstances, PrintChanged, PrintOpenMetrics, PrintHtml};
   OutputFile output(FindPlace("/dev/null"));
   const Machine machine = ReadMachine(report);
   benchmark::DoNotOptimize(kViews[format]({report, machine}, {}, output));
@@ -76,7 +77,7 @@ void BM_SampleMachine(benchmark::State& state) {
   for (auto _ : state) run();
   state.SetLabel(kFormatNames[state.range(0)]);
 }
-BENCHMARK(BM_SampleMachine)->DenseRange(0, 6)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SampleMachine)->DenseRange(0, 7)->Unit(benchmark::kMillisecond);
 
 /// A controller with so many drives, each with counters, and their associations.
 void Fill(standin::Repository& repository, int drives) {
@@ -153,7 +154,7 @@ void BM_TwiceTheInstances(benchmark::State& state) {
   state.counters["ratio"] = ratios[ratios.size() / 2];
   state.SetLabel(kFormatNames[state.range(0)]);
 }
-BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 6)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TwiceTheInstances)->DenseRange(0, 7)->Unit(benchmark::kMillisecond);
 
 /// Devices a second, read and judged.
 void BM_ReadMachine(benchmark::State& state) {

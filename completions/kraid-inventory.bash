@@ -20,7 +20,7 @@ _kraid_inventory() {
 
   case $before in
     --color) words="auto always never" ;;
-    --format) words="text json mof openmetrics" ;;
+    --format) words="text html json mof openmetrics" ;;
     --controller | --max-age | --max-instances | --passes | --timeout | -t | --tool-timeout) return ;;
     --runs) words="none failed all" ;;
     --record | --replay | --root)

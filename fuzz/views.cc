@@ -15,6 +15,7 @@
 #include "inventory/machine/read_machine.h"
 #include "inventory/machine/unread_lines.h"
 #include "inventory/print/check_line.h"
+#include "inventory/print/html/html_page.h"
 #include "inventory/print/instance_list.h"
 #include "inventory/print/json_printer.h"
 #include "inventory/print/machine_json.h"
@@ -116,6 +117,21 @@ bool HasDistinctParts(const Controller& controller) {
   return true;
 }
 
+/// Its own script and style only, no control character, and no end tag of theirs from elsewhere.
+void ExpectPage(const std::string& page) {
+  const auto count = [&page](std::string_view part) {
+    std::size_t found = 0;
+    for (auto at = page.find(part); at != std::string::npos; at = page.find(part, at + 1)) ++found;
+    return found;
+  };
+  const bool is_own = count("<script") == 1 && count("<style") == 1 && count("<body") == 1;
+  Expect(is_own && page.ends_with("</html>\n"), "markup from elsewhere", page);
+  const bool is_text = std::none_of(page.begin(), page.end(), [](char c) {
+    return (c >= 0 && c < ' ' && c != '\n' && c != '\t') || c == '\x7f';
+  });
+  Expect(is_text, "a control character in the page", page);
+}
+
 }  // namespace
 
 Collected CollectAgain(const Recording& recording) {
@@ -162,6 +178,7 @@ void ExpectGoodViews(const Report& report, const Machine& machine, const Compari
   if (options.has_instances) ExpectMof(print(PrintMof, options));
   ExpectJson(print(PrintJson, options));
   ExpectMetrics(print(PrintOpenMetrics, options));
+  ExpectPage(print(PrintHtml, options));
   int status = 0;
   const std::string check = print(PrintCheck, options, &status);
   ExpectCheckLine(check, status);

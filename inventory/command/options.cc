@@ -199,9 +199,9 @@ std::optional<Options> ParseOptions(int argc, const char* const* argv, int& exit
                      "the plug-in to load (default: the one beside this program)")
           ->type_name("FILE")
           ->check(CLI::ExistingFile.description(""));
-  CLI::Option* const format = AddChoice(
-      app, "--format", options.view, kFormats,
-      "text, for people (the default); html, a page; json; mof, for kvxsg.mof; openmetrics");
+  CLI::Option* const format =
+      AddChoice(app, "--format", options.view, kFormats,
+                "text, for people (the default); html, a page; json; mof; openmetrics");
   AddChoice(app, "--color", options.color, kColors,
             "colours in text (default: auto, on a terminal, unless NO_COLOR is set)");
   app.add_flag("--brief", options.brief, "text: what needs attention, and nothing else");

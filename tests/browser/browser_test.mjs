@@ -17,7 +17,7 @@ const {default: playwright} = await import('playwright-core');
 const {hostile, shown, writePages} = await import('./machines.mjs');
 const axe = join(import.meta.dirname, 'node_modules/axe-core/axe.min.js');
 const folder = mkdtempSync(join(tmpdir(), 'kraid-browser-'));
-const browser = await playwright.chromium.launchPersistentContext(join(folder, 'profile'), {
+const browser = await playwright.chromium.launch({
   executablePath: chromium,
   args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking',
     '--disable-component-update', '--disable-sync'],
@@ -140,6 +140,16 @@ const checks = {
       assert.deepEqual(violations.map((v) => [v.id, v.nodes.length, v.nodes[0].html, v.nodes[0].failureSummary]), []);
     }
   },
+  async 'hides nothing without script'(page, {name}, open) {
+    if (name === 'many') return;
+    const plain = await open({javaScriptEnabled: false});
+    const [with_script, without] = await Promise.all([page, plain].map((p) => p.innerText('main')));
+    const words = new Set(without.split(/\s+/));
+    const controls = /^(Show|with|all|shown|what|needs|attention|has|failed|Open|↕)$/;
+    assert.deepEqual(with_script.split(/\s+/).filter((word) => !words.has(word) && !controls.test(word)), []);
+    assert.equal(await visible(plain, 'form, button'), 0);
+    await plain.close();
+  },
   async 'fits narrow windows'(page) {
     for (const width of [360, 800, 1400]) {
       await page.setViewportSize({width, height: 900});
@@ -159,12 +169,13 @@ const checks = {
   },
 };
 
+const pictures = process.env.KRAID_PICTURES;
 let failures = 0;
 try {
   for (const machine of writePages(build, source, folder)) {
     const faults = [];
-    const open = async () => {
-      const page = await browser.newPage();
+    const open = async (options = {}) => {
+      const page = await browser.newPage({viewport: {width: 1280, height: 800}, ...options});
       page.on('console', (message) => faults.push(message.text()));
       page.on('pageerror', (error) => faults.push(error.message));
       page.on('dialog', (dialog) => faults.push(dialog.message()));
@@ -175,7 +186,7 @@ try {
     };
     for (const [what, check] of Object.entries(checks)) {
       const page = await open();
-      await check(page, machine).catch((error) => faults.push(error.message));
+      await check(page, machine, open).catch((error) => faults.push(error.message));
       await page.close();
       if (faults.length > 0) console.log(`FAILED: the page of "${machine.name}" ${what}:`, faults.splice(0));
       else continue;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "inventory/base/program.h"
+#include "inventory/base/readable.h"
 #include "inventory/print/html/html_files.h"
 #include "inventory/print/html/html_parts.h"
 
@@ -27,7 +28,7 @@ void WritePolicy(const ViewInput&, HtmlWriter& html) {
 
 void WriteTitle(const ViewInput& input, HtmlWriter& html) {
   const std::size_t count = input.machine.findings.size();
-  html("{}: RAID, ", input.report.host);
+  html("{}: RAID, ", Readable(input.report.host));
   count == 0 ? html("nothing needs attention") : html("{} need attention", count);
 }
 
@@ -36,8 +37,8 @@ void WriteScript(const ViewInput&, HtmlWriter& html) { html.Own(kScriptJs); }
 
 void WriteFooter(const ViewInput& input, HtmlWriter& html) {
   html("<p>Made by {} {} of what the tools of {} print. ", kProgramName, kProgramVersion,
-       input.report.host);
-  html("Sizes, states and names are theirs; what counts as broken is explained in the manual.</p>");
+       Readable(input.report.host));
+  html("Sizes, states and names are theirs.</p>");
 }
 
 /// What page.html names, each with what stands there.

@@ -49,8 +49,10 @@ std::string DescribeEnd(const RunRecord& run) {
     text = NameOf(run.end);
   }
   if (!run.why_unreadable.empty()) text += (text.empty() ? "" : "; ") + run.why_unreadable;
-  if (!run.left_behind.empty()) {
-    text += (text.empty() ? "" : "; ") + Counted(run.left_behind.size(), "process left behind");
+  const char* gap = text.empty() ? "left behind: " : "; left behind: ";
+  for (const std::string& process : run.left_behind) {
+    text += gap + process;
+    gap = ", ";
   }
   return text;
 }

@@ -58,8 +58,9 @@ void WriteEntry(Severity severity, HtmlWriter& html) {
 
 void WriteSummary(const ViewInput& input, HtmlWriter& html) {
   const auto& [report, machine, comparison] = input;
-  html("<h1>{}</h1>\n<p class=\"when\">RAID inventory, collected {} in {} s</p>\n", report.host,
-       DescribeTime(Rfc3339(report.collected_at)), SecondsText(report.duration));
+  html("<h1>{}</h1>\n<p class=\"when\">RAID inventory, collected {} in {} s</p>\n",
+       Readable(report.host), DescribeTime(Rfc3339(report.collected_at)),
+       SecondsText(report.duration));
   const auto [verdict, severity] = Judge(input);
   html("<p class=\"verdict {}\">", ClassOf(severity));
   WriteMark(severity, html);
