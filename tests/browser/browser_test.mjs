@@ -169,7 +169,7 @@ const checks = {
   },
 };
 
-const pictures = process.env.KRAID_PICTURES;
+const {KRAID_PICTURES: pictures, KRAID_UPDATE_EXPECTED: update} = process.env;
 let failures = 0;
 try {
   for (const machine of writePages(build, source, folder)) {
@@ -188,9 +188,22 @@ try {
       const page = await open();
       await check(page, machine, open).catch((error) => faults.push(error.message));
       await page.close();
-      if (faults.length > 0) console.log(`FAILED: the page of "${machine.name}" ${what}:`, faults.splice(0));
-      else continue;
+      if (faults.length === 0) continue;
       ++failures;
+      console.log(`FAILED: the page of "${machine.name}" ${what}:`, faults.splice(0));
+    }
+    for (const colorScheme of pictures ? ['light', 'dark'] : []) {
+      for (const width of [360, 800, 1400]) {
+        const page = await open({viewport: {width, height: 900}, colorScheme});
+        const fullPage = machine.name !== 'many';
+        await page.screenshot({path: join(pictures, `${machine.name}-${colorScheme}-${width}.png`), fullPage});
+        await page.close();
+      }
+    }
+    if (update && machine.name === 'sample') {
+      const page = await open({viewport: {width: 1280, height: 1180}});
+      await page.screenshot({path: join(source, 'docs/page.png')});
+      await page.close();
     }
   }
 } finally {

@@ -24,12 +24,17 @@ Fact BatteryFact(const Battery& battery) {
   return fact;
 }
 
+/// Said only where it may be so.
+Fact WarmthFact(const Flag& over_temperature) {
+  const bool is_warm = JudgeFlag(over_temperature) != Severity::kFine;
+  return {"Battery too warm", is_warm ? over_temperature.text : std::nullopt, Severity::kWarning};
+}
+
 std::vector<Fact> FactsOf(const Controller& controller) {
   return {
       {"Status", controller.state.text.value_or("not reported"), controller.state.judgement},
       BatteryFact(controller.battery),
-      {"Battery too warm", controller.battery.over_temperature.text,
-       JudgeFlag(controller.battery.over_temperature)},
+      WarmthFact(controller.battery.over_temperature),
       {"Firmware", controller.firmware.Reported()},
       {"BIOS", controller.bios.Reported()},
       {"Boot block", controller.boot_block.Reported()},

@@ -39,12 +39,6 @@ std::vector<Box> BoxesOf(const Controller& controller) {
   return boxes;
 }
 
-/// "A", "1": short enough for the corner of a box.
-std::string LabelOf(const DriveArray& array) {
-  if (array.letter) return *array.letter;
-  return array.logical_drive ? array.logical_drive->text : "?";
-}
-
 /// The rest is no array.
 bool IsArray(const DriveArray& array) { return array.letter || array.logical_drive; }
 
@@ -155,8 +149,8 @@ class DrawingWriter {
   void WriteTip(const Device& device) {
     const std::pair<const char*, std::string> rows[] = {
         {"", device.model.value_or("")},
-        {"serial ", device.serial_number.value_or("")},
-        {"firmware ", device.firmware.value_or("")},
+        {"serial\u00A0", device.serial_number.value_or("")},
+        {"firmware\u00A0", device.firmware.value_or("")},
         {"PFA ",
          device.predicts_failure.Value() == false ? "" : device.predicts_failure.text.value_or("")},
         {"errors ", DescribeCounters(device.counters)},

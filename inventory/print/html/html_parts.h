@@ -38,6 +38,8 @@ const char* ClassOf(Severity severity);
 std::string IdOf(const Subject& subject);
 /// "Controller 2 “mail”"
 std::string TitleOf(const Controller& controller);
+/// "A", "1": short enough for the corner of a box.
+std::string LabelOf(const DriveArray& array);
 /// "9 hard, 114 soft, 3 misc": of what is above 0.
 std::string DescribeCounters(const std::vector<ErrorCounters>& counters);
 /// "RAID 5", "Volume"

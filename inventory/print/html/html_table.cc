@@ -53,7 +53,7 @@ class TableWriter {
 
  private:
   void WriteArray(const Controller& controller, const DriveArray& array) {
-    const std::string name = array.letter || array.logical_drive ? array.Name() : "";
+    const std::string name = array.letter || array.logical_drive ? LabelOf(array) : "";
     for (const std::size_t drive : array.logical_drives) WriteDrive(controller, drive, name);
     for (const std::size_t device : array.shown_devices) WriteDevice(controller, device, name);
   }

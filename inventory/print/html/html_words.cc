@@ -23,6 +23,11 @@ std::string TitleOf(const Controller& controller) {
   return controller.name ? title + " “" + *controller.name + "”" : title;
 }
 
+std::string LabelOf(const DriveArray& array) {
+  if (array.letter) return *array.letter;
+  return array.logical_drive ? array.logical_drive->text : "?";
+}
+
 std::string DescribeCounters(const std::vector<ErrorCounters>& counters) {
   static constexpr struct {
     const char* name;
