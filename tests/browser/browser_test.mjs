@@ -201,7 +201,7 @@ try {
       }
     }
     if (update && machine.name === 'sample') {
-      const page = await open({viewport: {width: 1280, height: 1180}});
+      const page = await open({viewport: {width: 1280, height: 1256}});
       await page.screenshot({path: join(source, 'docs/page.png')});
       await page.close();
     }

@@ -122,7 +122,11 @@ void WriteLosses(const ViewInput& input, HtmlWriter& html) {
   const Report& report = input.report;
   html("<section id=\"losses\" aria-labelledby=\"hl\">\n<h2 id=\"hl\">Not collected</h2>\n");
   const bool is_all = std::all_of(report.problems.begin(), report.problems.end(), IsAbsence);
-  if (is_all) html("<p>Everything was collected that the tools tell.</p>\n");
+  if (is_all && input.machine.controllers.empty()) {
+    html("<p>Nothing is known to be missing.</p>\n");
+  } else if (is_all) {
+    html("<p>Everything was collected that the tools tell.</p>\n");
+  }
   if (!is_all) html("<ul class=\"list\">\n");
   std::string absent;
   for (const Problem& problem : report.problems) {
