@@ -408,7 +408,8 @@ TEST_F(Inventory, TakesMemoryInProportionToAnOutput) {
     output.resize(kSize, *text);
     WriteFile(folder_ / "output", output + "\nPhysical device information\n");
     ReplaceRuns({{command, "cat output"}});
-    for (const char* view : {"--verbose", "--format json", "--format mof", "KVXSG_krRawData"}) {
+    for (const char* view :
+         {"--verbose", "--format html", "--format json", "--format mof", "KVXSG_krRawData"}) {
       show(view);
       ASSERT_LE(most_used(), base + 4 * static_cast<long>(kSize >> 10)) << command << view << text;
     }

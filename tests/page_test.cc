@@ -25,7 +25,7 @@ TEST(HtmlWriter, TakesTheMeaningFromEveryText) {
       for (int i = 0; i < 70'000; ++i) expected += "&lt;";
       expected += "\u00FC";
     }
-    EXPECT_EQ(Printed([&](Sink& sink) { HtmlWriter{sink}("<a id=\"{}\">{}", text, 7); }),
+    EXPECT_EQ(Printed([text = text](Sink& sink) { HtmlWriter{sink}("<a id=\"{}\">{}", text, 7); }),
               "<a id=\"" + expected + "\">7");
   }
 }
@@ -83,6 +83,21 @@ TEST(Page, HidesNothingOfAnOddMachine) {
   });
   // Style and script are files of their own.
   CompareExpected("odd_values/page.html", page.substr(page.find("<body")));
+}
+
+TEST(Page, GivesTheOutputsTheRoomThatIsLeft) {
+  const standin::Repository nothing;
+  Report report{"h", 0, {}, nothing};
+  for (const char letter : {'a', '<'}) {
+    std::string lines;
+    for (int i = 0; i < 20'000; ++i) lines += std::string(40, letter) + "\n";
+    report.runs.push_back(MakeRun("getlong", RunEnd::kExited, 0, lines));
+  }
+  report.runs.push_back(MakeRun("getshort", RunEnd::kExited, 0, "short and whole\n"));
+  const std::string page = Print(PrintHtml, report);
+  EXPECT_LE(page.size(), 60'000U);
+  EXPECT_GE(page.size(), 58'000U);
+  EXPECT_NE(page.find("\nshort and whole\n</pre>"), std::string::npos);
 }
 
 TEST(Page, ShowsTheNewestOfALongLogInOrder) {

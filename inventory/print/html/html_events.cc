@@ -56,6 +56,7 @@ std::vector<Lane> LanesOf(const Machine& machine) {
     lane.severity = SeverityOf(event);
     Add(lane, event.time.text);
   }
+  lanes.reserve(of_manager.size() + machine.controllers.size());
   for (auto& [severity, lane] : of_manager) lanes.push_back(std::move(lane));
   std::stable_sort(lanes.begin(), lanes.end(),
                    [](const Lane& a, const Lane& b) { return a.severity > b.severity; });
@@ -76,7 +77,8 @@ void WriteLane(const Lane& lane, std::int64_t first, std::int64_t span, HtmlWrit
        DescribeEntries(lane.moments.size(), lane.moments.size()));
   for (const Moment& moment : lane.moments) {
     const std::int64_t share = (moment.seconds - first) * 1000 / span;
-    html("<circle cx=\"{}.{}%\"><title>{}</title></circle>", share / 10, share % 10, moment.text);
+    html("<circle cx=\"{}.{}%\" r=\"5\"><title>{}</title></circle>", share / 10, share % 10,
+         moment.text);
   }
   html("</svg>\n");
 }

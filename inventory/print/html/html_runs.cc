@@ -20,7 +20,7 @@ namespace {
 // The size of a page, in bytes.
 constexpr std::size_t kPageRoom = 60'000;
 constexpr std::size_t kRoomOfDevice = 1'000;
-constexpr std::size_t kRest = 500;          // that follows
+constexpr std::size_t kRest = 300;          // that follows
 constexpr std::size_t kLeastRoom = 32'000;  // for what the tools printed
 
 /// The runs of a tool about one controller, which stand together.
@@ -78,6 +78,7 @@ std::size_t FindShare(const std::vector<RunRecord>& runs, std::size_t room) {
   std::set<std::string_view> outputs;
   for (const RunRecord& run : runs) outputs.insert(*run.output);
   std::vector<std::size_t> sizes;
+  sizes.reserve(outputs.size());
   for (const std::string_view output : outputs) {
     sizes.push_back(output.size() > room ? output.size() : EscapedSize(output));
   }

@@ -153,7 +153,10 @@ void WriteChanges(const ViewInput& input, HtmlWriter& html) {
   const Comparison& comparison = *input.comparison;
   html("<section id=\"changes\" aria-labelledby=\"hc\">\n<h2 id=\"hc\">Changes since {}</h2>\n",
        DescribeTime(comparison.since));
-  if (comparison.changes.empty() && comparison.not_compared.empty()) html("<p>None.</p>\n");
+  if (comparison.changes.empty() && comparison.not_compared.empty()) {
+    html("<p>None.</p>\n</section>");
+    return;
+  }
   html("<ul class=\"list\">\n");
   for (const Change& change : comparison.changes) {
     const Severity severity = SeverityOf(change.code);
