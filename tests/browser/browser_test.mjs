@@ -112,6 +112,7 @@ const checks = {
     for (const show of ['hover', 'focus']) {
       await page.locator('#c1-d2')[show]();
       if (show === 'focus') await page.keyboard.press('Shift+Tab').then(() => page.keyboard.press('Tab'));
+      assert.ok(await page.isVisible('#c1-d2 + p'), show);
       const tip = await page.innerText('#c1-d2 + p');
       for (const part of ['70006 MB', 'BRELLOW BX73W10', 'M3308840', 'S1FM', '9 hard, 114 soft']) assert.ok(tip.includes(part), tip);
       await page.mouse.move(0, 0);
