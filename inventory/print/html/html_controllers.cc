@@ -68,8 +68,9 @@ void WriteOperation(const Operation& operation, HtmlWriter& html) {
     const std::uint64_t done = *all->value - *left->value;
     html("<progress aria-label=\"{}\" max=\"{}\" value=\"{}\"></progress>", operation.Describe(),
          *all->value, done);
-    html("<span>{} %, {} of {} stripes left</span>", done / (*all->value / 100 + 1), left->text,
-         all->text);
+    html("<span>{} %, {} of {} stripes left</span>",
+         static_cast<int>(100.0 * static_cast<double>(done) / static_cast<double>(*all->value)),
+         left->text, all->text);
   } else if (left && !IsZero(*left)) {
     html("<span>{} stripes left</span>", left->text);
   }
