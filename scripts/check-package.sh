@@ -89,7 +89,7 @@ warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -Tutf8 -E UTF-8 "$page" 2>&
 grep -q "$name $version" "$work/page" || fail "the manual page is not that of version $version"
 zcat "$page" | mandoc -T lint -W warning || fail "mandoc complains about the manual page"
 bash -n /usr/share/bash-completion/completions/$name || fail "the completion cannot be read"
-for document in copyright changelog.gz fleet.md json.md mof.md report.md; do
+for document in copyright changelog.gz fleet.md html.md json.md mof.md report.md; do
   [ -s /usr/share/doc/$name/$document ] || fail "$document is missing"
 done
 

@@ -24,6 +24,7 @@ lib/kraid-inventory/libkraid.pi.so
 lib/kraid-inventory/libplugin.nsp.so
 share/bash-completion/completions/kraid-inventory
 share/doc/kraid-inventory/fleet.md
+share/doc/kraid-inventory/html.md
 share/doc/kraid-inventory/json.md
 share/doc/kraid-inventory/mof.md
 share/doc/kraid-inventory/recordings.md
