@@ -396,8 +396,10 @@ TEST_F(Inventory, TakesMemoryInProportionToAnOutput) {
         Shell(std::string("COLUMNS=80 timeout 60 ") + kCommand + " " + view + " >/dev/null");
     EXPECT_LT(outcome.status, 4) << outcome.err;
   };
+  constexpr const char* kViews[] = {"--verbose",    "--format html",        "--format json",
+                                    "--format mof", "--format openmetrics", "KVXSG_krRawData"};
   ReplaceRuns({});
-  show("--format json");
+  for (const char* view : kViews) show(view);
   const long base = most_used();
   constexpr std::size_t kSize = std::size_t{1} << 20;
   for (const auto& [command, text] : {std::pair("getstatus 1 device", "\n"),
@@ -408,8 +410,7 @@ TEST_F(Inventory, TakesMemoryInProportionToAnOutput) {
     output.resize(kSize, *text);
     WriteFile(folder_ / "output", output + "\nPhysical device information\n");
     ReplaceRuns({{command, "cat output"}});
-    for (const char* view :
-         {"--verbose", "--format html", "--format json", "--format mof", "KVXSG_krRawData"}) {
+    for (const char* view : kViews) {
       show(view);
       ASSERT_LE(most_used(), base + 4 * static_cast<long>(kSize >> 10)) << command << view << text;
     }
