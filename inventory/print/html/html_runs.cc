@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
@@ -21,7 +22,8 @@ namespace {
 constexpr std::size_t kPageRoom = 60'000;
 constexpr std::size_t kRoomOfDevice = 1'000;
 constexpr std::size_t kRest = 300;          // that follows
-constexpr std::size_t kLeastRoom = 32'000;  // for what the tools printed
+constexpr std::size_t kNotice = 130;        // that an output is cut
+constexpr std::size_t kLeastRoom = 16'000;  // for what the tools printed
 
 /// The runs of a tool about one controller, which stand together.
 using Group = std::vector<const RunRecord*>;
@@ -85,7 +87,7 @@ std::size_t FindShare(const std::vector<RunRecord>& runs, std::size_t room) {
   std::sort(sizes.begin(), sizes.end());
   for (std::size_t i = 0; i < sizes.size(); ++i) {
     const std::size_t share = room / (sizes.size() - i);
-    if (sizes[i] > share) return share;
+    if (sizes[i] > share) return share - std::min(share, kNotice);
     room -= sizes[i];
   }
   return std::string::npos;
@@ -137,7 +139,8 @@ class RunsWriter {
     }
     const RunRecord& first = *group.front();
     const std::string end = DescribeEnd(first);
-    html_("each {}:\n", end.empty() ? "with this output" : end.c_str());
+    html_("each {}{}\n", end.empty() ? "with this output" : end.c_str(),
+          first.output->empty() && first.error_output.empty() ? "" : ":");
     WriteOutputs(first);
   }
 
@@ -185,8 +188,9 @@ class RunsWriter {
       return std::chrono::duration_cast<std::chrono::milliseconds>(part).count() * 100 /
              whole.count();
     };
-    html_("<svg><rect x=\"{}%\" width=\"{}%\"/></svg>", std::min(99L, share(start->utc - *begin_)),
-          std::max(1L, share(time)));
+    html_("<svg><rect x=\"{}%\" width=\"{}%\"/></svg>",
+          std::min<std::int64_t>(99, share(start->utc - *begin_)),
+          std::max<std::int64_t>(1, share(time)));
   }
 
   HtmlWriter& html_;
