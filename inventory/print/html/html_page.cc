@@ -27,9 +27,7 @@ void WritePolicy(const ViewInput&, HtmlWriter& html) {
 }
 
 void WriteTitle(const ViewInput& input, HtmlWriter& html) {
-  const std::size_t count = input.machine.findings.size();
-  html("{}: RAID, ", Readable(input.report.host));
-  count == 0 ? html("nothing needs attention") : html("{} need attention", count);
+  html("{}, RAID: {}", Readable(input.report.host), VerdictOf(input).first);
 }
 
 void WriteStyle(const ViewInput&, HtmlWriter& html) { html.Own(kStyleCss); }

@@ -2,6 +2,7 @@
 #define INVENTORY_PRINT_HTML_HTML_PARTS_H_
 
 #include <string>
+#include <utility>
 
 #include "inventory/print/html/html_writer.h"
 #include "inventory/print/view.h"
@@ -9,6 +10,8 @@
 // The parts of the page, each in the file of its name; page.html says where they go.
 
 // html_summary.cc
+/// The verdict in one sentence, and how bad it is.
+std::pair<std::string, Severity> VerdictOf(const ViewInput& input);
 void WriteSummary(const ViewInput& input, HtmlWriter& html);
 void WriteContents(const ViewInput& input, HtmlWriter& html);
 void WriteFindings(const ViewInput& input, HtmlWriter& html);

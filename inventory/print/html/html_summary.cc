@@ -31,8 +31,14 @@ std::string DescribeTime(std::string rfc3339) {
   return rfc3339.insert(19, " ");
 }
 
-/// The verdict in one sentence, and how bad it is.
-std::pair<std::string, Severity> Judge(const ViewInput& input) {
+void WriteEntry(Severity severity, HtmlWriter& html) {
+  html("<li class=\"{}\">", ClassOf(severity));
+  WriteMark(severity, html);
+}
+
+}  // namespace
+
+std::pair<std::string, Severity> VerdictOf(const ViewInput& input) {
   const Machine& machine = input.machine;
   std::pair<std::string, Severity> verdict = {"Nothing needs attention", Severity::kFine};
   if (!machine.findings.empty()) {
@@ -49,19 +55,12 @@ std::pair<std::string, Severity> Judge(const ViewInput& input) {
   return verdict;
 }
 
-void WriteEntry(Severity severity, HtmlWriter& html) {
-  html("<li class=\"{}\">", ClassOf(severity));
-  WriteMark(severity, html);
-}
-
-}  // namespace
-
 void WriteSummary(const ViewInput& input, HtmlWriter& html) {
   const auto& [report, machine, comparison] = input;
   html("<h1>{}</h1>\n<p class=\"when\">RAID inventory, collected {} in {} s</p>\n",
        Readable(report.host), DescribeTime(Rfc3339(report.collected_at)),
        SecondsText(report.duration));
-  const auto [verdict, severity] = Judge(input);
+  const auto [verdict, severity] = VerdictOf(input);
   html("<p class=\"verdict {}\">", ClassOf(severity));
   WriteMark(severity, html);
   html("{}</p>\n<ul class=\"tiles\">\n", verdict);
@@ -164,7 +163,7 @@ void WriteChanges(const ViewInput& input, HtmlWriter& html) {
     // What is gone has no place on the page.
     if (change.subject && !change.is_of_earlier) {
       html("<a href=\"#{}\">{}</a>", IdOf(*change.subject), change.where);
-    } else {
+    } else if (!change.where.empty()) {
       html("<b>{}</b>", change.where);
     }
     html("<span>{}</span>\n", change.what);
