@@ -101,6 +101,9 @@ const checks = {
       assert.equal(await visible(page, `#${table} tbody tr`), count, `${table} ${kind} ${text}`);
       assert.equal(await page.textContent(`[data-of=${table}] output`), `${count} shown`);
     }
+    await page.selectOption('[data-of=tree] select', 'cr');
+    await page.click('#c0-d0');
+    assert.ok(await page.isVisible('#rc0-d0:target'));
     assert.equal(await visible(page, '#runs pre'), 0);
     await page.locator('summary').first().click();
     assert.equal(await visible(page, '#runs pre'), 8);

@@ -60,6 +60,13 @@ for (const form of all('form.filter')) {
     });
     count.value = filters ? `${found} shown` : 'all shown';
   };
+  // A link to a row that is hidden shows all again.
+  addEventListener('click', ({target}) => {
+    const hash = target.closest('a')?.hash;
+    if (!hash || !rows.some((row) => row.hidden && `#${row.id}` === hash)) return;
+    form.reset();
+    filter();
+  });
   form.hidden = false;
   form.addEventListener('input', filter);
   form.addEventListener('submit', (event) => event.preventDefault());
