@@ -21,7 +21,7 @@ namespace {
 // The size of a page, in bytes.
 constexpr std::size_t kPageRoom = 60'000;
 constexpr std::size_t kRoomOfDevice = 1'000;
-constexpr std::size_t kRest = 300;          // that follows
+constexpr std::size_t kRest = 250;          // that follows
 constexpr std::size_t kNotice = 130;        // that an output is cut
 constexpr std::size_t kLeastRoom = 16'000;  // for what the tools printed
 
