@@ -34,8 +34,13 @@ TEST(HtmlWriter, KeepsTheLinesOfAnOutputAndCutsBetweenThem) {
   EXPECT_EQ(Printed([](Sink& sink) { HtmlWriter(sink).Lines("\n a\r\n\n<b\r\rc"); }),
             "\n a\n\n&lt;b??c");
   const std::tuple<const char*, std::size_t, std::size_t> cases[] = {
-      {"ab\ncd\n", 6, 6}, {"ab\ncd\n", 5, 3}, {"ab\ncd", 5, 5},
-      {"ab\ncd\n", 2, 0}, {"<\n<\n", 9, 2},
+      {"ab\ncd\n", 6, 6},
+      {"ab\ncd\n", 5, 3},
+      {"ab\ncd", 5, 5},
+      {"ab\ncd\n", 2, 0},
+      {"<\n<\n", 9, 2},
+      {"\u0085\u0085\u0085\n", 28, 4},
+      {"aaa\u00e4aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", 28, 3},
   };
   for (const auto& [text, most, fitting] : cases) EXPECT_EQ(FittingLength(text, most), fitting);
 }

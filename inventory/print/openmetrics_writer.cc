@@ -56,7 +56,7 @@ MetricLabels MetricLabels::WithReported(std::string_view name,
 }
 
 std::string DistinctNames::Take(std::string_view name) {
-  const std::string wanted = LabelText(name);
+  std::string wanted = LabelText(name);
   unsigned& count = taken_[wanted];  // stays where it is when others come
   if (++count == 1) return wanted;
   std::string other;

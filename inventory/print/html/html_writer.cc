@@ -6,6 +6,9 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{32} << 10;
 
+/// What becomes of a byte at most: of the two of U+0085 "&lt;U+0085&gt;".
+constexpr std::size_t kLongestEscape = 7;
+
 /// What stands for a character that has a meaning in markup; "" for all others. Attributes stand in
 /// double quotes, so a single one has none.
 constexpr std::string_view Escaped(char c) {
@@ -90,5 +93,9 @@ std::size_t FittingLength(std::string_view text, std::size_t most) {
     if (writer.GetSize() > most) break;
     length = end;
   }
+  if (length > 0 || text.size() < most / kLongestEscape) return length;
+  // Of a first line that is too long as much as fits however it is written.
+  length = most / kLongestEscape;
+  for (int i = 0; i < 3 && length > 0 && (text[length] & '\xC0') == '\x80'; ++i) --length;
   return length;
 }

@@ -103,8 +103,8 @@ class SizeSink final : public Sink {
   std::size_t size = 0;
 };
 
-/// How many bytes of `text` at its beginning are no more than `most` once they are escaped; whole
-/// lines, if there are any.
+/// How many bytes of `text` at its beginning are no more than `most` once they are escaped: whole
+/// lines, and of a first one that is too long its beginning.
 std::size_t FittingLength(std::string_view text, std::size_t most);
 
 #endif  // INVENTORY_PRINT_HTML_HTML_WRITER_H_
