@@ -78,8 +78,8 @@ TEST(OpenMetrics, AddsUpWhatIsCountedTwiceAndNamesTheFirstProblems) {
     Commit(repository, "KVXSG_krSCSIDeviceData",
            {{"ControllerNum", ""}, {"Channel", "1"}, {"ScsiId", "0"}, {"NumSoftErrors", count}});
   }
-  std::vector<Problem> problems;
-  for (int i = 0; i < 12; ++i) problems.push_back({std::string(200, 'x') + std::to_string(i), ""});
+  std::vector<Problem> problems(12, {std::string(200, 'x')});
+  for (std::size_t i = 0; i < 12; ++i) problems[i].why = std::to_string(i);
   const std::string text = Print(PrintOpenMetrics, {"", 0, problems, repository});
   EXPECT_NE(text.find("\nkraid_device_soft_errors_total{controller=\"?\",device=\"1,0\"} 7\n"),
             std::string::npos);

@@ -106,11 +106,13 @@ TEST_F(OutputFileTest, AndTheLogGoWhereNobodyElseLeadsThem) {
     const std::string &user = row[0], &setup = row[1], &path = row[2];
     const std::string &output_ends = row[3], &log_ends = row[4];
     std::string look = row[5];
-    SCOPED_TRACE(user + "|" + setup);
+    std::string name = user;
+    name.append("|").append(setup);
+    SCOPED_TRACE(name);
     const bool is_mount = setup.find("mount") != std::string::npos;
     if ((user != "any" && !is_root) || (is_mount && !has_mounts) ||
         !Do("chmod 755 . && rm -rf * && mkdir -m 1777 all && { " + setup + "; }")) {
-      skipped += "\n" + user + "|" + setup;
+      skipped.append("\n").append(name);
       continue;
     }
     Do(all + ">before");
