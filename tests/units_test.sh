@@ -2,12 +2,15 @@
 # units_test.sh BUILD_DIR SOURCE_DIR: the service's command line, what becomes of the metrics however
 # a collection ends, and what systemd says of the units.
 set -u
-units=$1/packaging/systemd
-source=$2
 folder=$(mktemp -d)
 folder=$(cd -P "$folder" && pwd)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder" || exit 1
+# A unit's command has no blank in its path; the build's folder may.
+ln -s "$1" build && ln -s "$2" source
+units=$folder/build/packaging/systemd
+source=$folder/source
+command=$folder/build/bin/kraid-inventory
 failures=0
 
 expect() {  # expect WHAT EXPECTED ACTUAL
@@ -22,13 +25,13 @@ publish() { RUNTIME_DIRECTORY=$folder/run KRAID_METRICS_FOLDER=$folder/metrics "
 # The service's own command line, in which systemd puts in places and settings.
 mkdir state run metrics
 line=$(sed -n '/^ExecStart=/,/[^\\]$/p' "$units/kraid-inventory.service" | tr -d '\\\n' | sed \
-  "s,^[^ ]*,$1/bin/kraid-inventory,; s,%S/kraid-inventory,state,; s,%t/kraid-inventory,run,")
+  "s,^[^ ]*,$command,; s,%S/kraid-inventory,state,; s,%t/kraid-inventory,run,")
 KRAID_ROOT=$source/demo KRAID_TIMEOUT=$(setting Environment=KRAID_TIMEOUT) KRAID_OPTIONS=--trust-tools
 (umask "$(setting UMask)" && eval "$line") || expect "exit status" 0 $?
 expect "metrics" "kraid_collection_complete 1
 kraid_controllers 4" "$(grep -E '^kraid_(collection_complete|controllers) ' run/kraid.prom)"
 expect "what others may not read" "" "$(find state/last run/kraid.prom ! -perm -444)"
-check=$("$1/bin/kraid-inventory" --check --replay state/last --max-age 1800)
+check=$("$command" --check --replay state/last --max-age 1800)
 expect "the check of the recording" "2 KRAID CRITICAL" "$? ${check%% -*}"
 
 # {SERVICE_RESULT EXIT_CODE EXIT_STATUS|the document that the command left|what is published}
@@ -55,7 +58,7 @@ core-dump dumped SEGV|new 1\n|core-dump, dumped SEGV
 timeout killed TERM|new 1\n|timeout, killed TERM
 END
 # What both say about a failure they say in the same words.
-"$1/bin/kraid-inventory" --replay "$source/demo" --max-age 1 --format openmetrics 2>/dev/null >failure
+"$command" --replay "$source/demo" --max-age 1 --format openmetrics 2>/dev/null >failure
 expect "lines that the command would not write, the last line" "# EOF" "$(sed '/^kraid.*\(start_time\|problem_info\)/d' \
   metrics/kraid.prom | grep -vxFf failure; tail -n 1 metrics/kraid.prom)"
 
@@ -97,7 +100,7 @@ if ! command -v systemd-analyze >/dev/null; then
   exit 77
 fi
 cp "$units/kraid-inventory.timer" .
-sed "s,=[^ ]*/bin/kraid,=$1/bin/kraid,; s,=+[^ ]*/publish,=+$units/publish," \
+sed "s,=[^ ]*/bin/kraid-inventory,=$command,; s,=+[^ ]*/publish,=+$units/publish," \
   "$units/kraid-inventory.service" >kraid-inventory.service
 # Not the manual page, which is not installed here.
 expect "systemd-analyze verify" "0" "$(systemd-analyze verify --man=no "$folder"/kraid-inventory.* 2>&1
