@@ -41,6 +41,14 @@ std::string Operation::Describe() const {
   return text + ": " + status.value_or("status not reported");
 }
 
+std::optional<double> Operation::Progress() const {
+  if (!stripes || !stripes_left || !stripes->value || !stripes_left->value) return std::nullopt;
+  const auto all = static_cast<double>(*stripes->value);
+  const auto left = static_cast<double>(*stripes_left->value);
+  if (all == 0 || left > all) return std::nullopt;
+  return (all - left) / all;
+}
+
 std::string DescribeBadStripes(const std::vector<Number>& counts) {
   std::string text;
   for (const Number& count : counts) {

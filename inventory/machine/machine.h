@@ -24,6 +24,16 @@ struct ErrorCounters {
   bool operator==(const ErrorCounters&) const = default;
 };
 
+/// The counters in the order and by the names in which people are shown them.
+inline constexpr struct {
+  const char* name;
+  std::optional<Number> ErrorCounters::*count;
+} kErrorKinds[] = {
+    {"hard", &ErrorCounters::hard},     {"soft", &ErrorCounters::soft},
+    {"parity", &ErrorCounters::parity}, {"PFA", &ErrorCounters::predicted_failures},
+    {"misc", &ErrorCounters::misc},
+};
+
 struct LogicalDrive {
   std::optional<Number> number;
   Text name;
@@ -101,6 +111,8 @@ struct Operation {
   std::optional<Number> stripes_left;
 
   bool IsReported() const { return name || status; }
+  /// How much is done, from 0 to 1; absent where the stripes do not tell.
+  std::optional<double> Progress() const;
   /// "Rebuild of logical drive 1: In progress"; "" when there was none.
   std::string Describe() const;
 };

@@ -65,6 +65,11 @@ Severity JudgeOperation(const Operation& operation) {
   return is_fine ? Severity::kFine : Severity::kWarning;
 }
 
+Severity JudgeEvent(const Text& severity) {
+  if (severity == "ERR") return Severity::kCritical;
+  return severity == "WRN" ? Severity::kWarning : Severity::kFine;
+}
+
 bool IsRebuild(const Text& text) { return text && HoldsOneOf(*text, {"rebuild", "re-build"}); }
 
 bool IsHotSpare(const State& state) {

@@ -21,6 +21,9 @@ Severity JudgeFlag(const Flag& flag);
 /// A rebuild that goes on, or anything that came to no good end, is a warning.
 Severity JudgeOperation(const Operation& operation);
 
+/// Of an entry of the manager's log, in the manager's word for it.
+Severity JudgeEvent(const Text& severity);
+
 /// The state of a drive or device, or an operation's name.
 bool IsRebuild(const Text& text);
 

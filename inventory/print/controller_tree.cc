@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inventory/machine/state_words.h"
+#include "inventory/machine/wording.h"
 #include "inventory/print/severity_tint.h"
 #include "inventory/print/tree.h"
 
@@ -16,12 +17,6 @@ Span StateCell(const State& state) {
 }
 
 std::string TextOf(const std::optional<Number>& number) { return number ? number->text : ""; }
-
-/// "RAID 5", "Volume"
-std::string DescribeRaidLevel(const Text& level) {
-  if (!level) return "";
-  return IsDigits(*level) ? "RAID " + *level : *level;
-}
 
 /// What is wrong with a drive or device, one behind the other; only what is judged has a colour.
 class ErrorCell {
@@ -38,20 +33,10 @@ class ErrorCell {
   }
 
   void Add(const ErrorCounters& counters) {
-    static constexpr struct {
-      const char* name;
-      std::optional<Number> ErrorCounters::*count;
-      bool is_judged;
-    } kRows[] = {
-        {"hard", &ErrorCounters::hard, false},
-        {"soft", &ErrorCounters::soft, false},
-        {"parity", &ErrorCounters::parity, false},
-        {"PFA", &ErrorCounters::predicted_failures, true},
-        {"misc", &ErrorCounters::misc, false},
-    };
-    for (const auto& row : kRows) {
-      const std::optional<Number>& count = counters.*row.count;
-      if (count && !IsZero(*count)) Add(count->text + " " + row.name, row.is_judged);
+    for (const auto& [name, member] : kErrorKinds) {
+      const std::optional<Number>& count = counters.*member;
+      if (!count || IsZero(*count)) continue;
+      Add(count->text + " " + name, member == &ErrorCounters::predicted_failures);
     }
   }
 
@@ -84,14 +69,11 @@ TreeRow RowOf(const Device& device) {
   ErrorCell errors;
   for (const ErrorCounters& counters : device.counters) errors.Add(counters);
   const bool is_flagged = JudgeFlag(device.predicts_failure) != Severity::kFine;
-  // What holds no data prints that it has none.
-  std::string size = device.size ? DescribeSize(*device.size) : "";
-  if (size == "0 MB") size.clear();
   TreeRow row;
   row.name = device.place.GetText();
   row.cells = {
       StateCell(device.state),
-      {size},
+      {DescribeRoom(device.size)},
       {device.type.value_or("")},
       {device.predicts_failure.text.value_or(""), is_flagged ? Tint::kWarning : Tint::kPlain},
       {device.firmware.value_or("")},

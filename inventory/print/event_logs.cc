@@ -4,16 +4,20 @@
 #include <utility>
 #include <vector>
 
+#include "inventory/machine/state_words.h"
+#include "inventory/machine/wording.h"
+#include "inventory/print/severity_tint.h"
+
 namespace {
 
 std::string Heading(const std::string& log, std::size_t count, std::size_t shown) {
-  const std::string all = log + ", " + std::to_string(count) + (count == 1 ? " entry" : " entries");
-  return count > shown ? all + ", the last " + std::to_string(shown) + ":" : all + ":";
+  return log + ", " + DescribeEntries(count, shown) + ":";
 }
 
-Tint TintOfEvent(const std::string& severity) {
-  if (severity == "ERR") return Tint::kCritical;
-  return severity == "WRN" ? Tint::kWarning : Tint::kPlain;
+/// What is fine is plain: most of a log is.
+Tint TintOfEvent(const Text& severity) {
+  const Severity judgement = JudgeEvent(severity);
+  return judgement == Severity::kFine ? Tint::kPlain : TintOf(judgement);
 }
 
 std::string Describe(const DefunctEvent& event) {
@@ -49,7 +53,7 @@ void PrintManagerEvents(const ManagerLog& log, TextWriter& writer) {
   writer.Line({{Heading("RAID manager", log.count, log.last.size()), Tint::kStrong}});
   for (const ManagerEvent& event : log.last) {
     std::vector<Span> pieces = {{event.time.text}};
-    if (event.severity) pieces.push_back({*event.severity, TintOfEvent(*event.severity)});
+    if (event.severity) pieces.push_back({*event.severity, TintOfEvent(event.severity)});
     if (event.machine) pieces.push_back({*event.machine + ":"});
     for (Span& word : WordsOf(event.message.value_or(""))) pieces.push_back(std::move(word));
     writer.Flow({{"  "}}, "    ", pieces, " ");

@@ -46,7 +46,7 @@ void WriteFigures(const Figure<Part> (&figures)[kCount], const AllKnown<Part>& p
   }
 }
 
-/// Of those parts only that have any of the texts.
+/// For each part a 1 with its texts; what is not reported is no label.
 template <class Part, std::size_t kCount>
 void WriteInfo(const char* name, const char* help, const InfoLabel<Part> (&rows)[kCount],
                const AllKnown<Part>& parts, OpenMetricsWriter& metrics) {
@@ -174,12 +174,10 @@ void WriteRebuildProgress(const AllKnown<Controller>& controllers, OpenMetricsWr
                  "How much of a logical drive is rebuilt, 0 to 1.");
   for (const auto& [controller, itself, labels] : controllers) {
     const Operation& operation = controller.operation;
-    const auto all = ValueOf(operation.stripes);
-    const auto left = ValueOf(operation.stripes_left);
-    if (!IsRebuilding(operation) || !all || !left || *all == 0 || *left > *all) continue;
+    const std::optional<double> progress = operation.Progress();
+    if (!IsRebuilding(operation) || !progress) continue;
     const auto& drive = operation.logical_drive;
-    metrics.Sample(labels.With("logical_drive", drive ? drive->text : kNotKnown),
-                   (*all - *left) / *all);
+    metrics.Sample(labels.With("logical_drive", drive ? drive->text : kNotKnown), *progress);
   }
 }
 

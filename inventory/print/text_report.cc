@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inventory/base/readable.h"
+#include "inventory/machine/wording.h"
 #include "inventory/print/change_list.h"
 #include "inventory/print/controller_tree.h"
 #include "inventory/print/event_logs.h"
@@ -14,31 +15,10 @@
 
 namespace {
 
-/// "8 need attention", in the colour of the worst.
-Span CountSpan(const Machine& machine) {
-  const std::size_t count = machine.findings.size();
-  return {std::to_string(count) + (count == 1 ? " needs attention" : " need attention"),
-          TintOf(machine.findings.front().severity)};
-}
-
-/// "nothing needs attention", in the colour of the worst that is said.
-Span AttentionSpan(const Report& report, const Machine& machine) {
-  Span span = {"nothing needs attention", Tint::kGood};
-  if (!machine.findings.empty()) {
-    span = CountSpan(machine);
-  } else if (machine.controllers.empty()) {
-    span = {"no controller was found", Tint::kWarning};
-  }
-  if (std::any_of(report.problems.begin(), report.problems.end(), IsLoss)) {
-    span.text += "; not all was collected";
-    span.tint = std::max(span.tint, Tint::kWarning);
-  }
-  return span;
-}
-
 void PrintSummary(const Report& report, const Machine& machine, TextWriter& writer) {
   const std::string counts = Readable(report.host) + ": " + machine.DescribeCounts() + ";";
-  writer.Flow({}, "  ", {{counts, Tint::kStrong}, AttentionSpan(report, machine)}, " ");
+  const auto& [text, severity] = DescribeAttention(report, machine);
+  writer.Flow({}, "  ", {{counts, Tint::kStrong}, {text, TintOf(severity)}}, " ");
   if (!machine.findings.empty()) writer.Line();
   for (const Finding& finding : machine.findings) {
     const bool is_critical = finding.severity == Severity::kCritical;
@@ -136,7 +116,7 @@ void PrintOperation(const Operation& operation, TextWriter& writer) {
 void PrintReminder(const Machine& machine, TextWriter& writer) {
   const std::size_t height = writer.GetDisplay().height;
   if (machine.findings.empty() || writer.GetLineCount() < height) return;
-  Span count = CountSpan(machine);
+  Span count = {CountAttention(machine), TintOf(machine.findings.front().severity)};
   writer.Line();
   writer.Flow({}, "", {std::move(count), {"see the top or --brief"}}, ", ");
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "inventory/base/readable.h"
@@ -63,11 +64,12 @@ void WriteOperation(const Operation& operation, HtmlWriter& html) {
   html("<p class=\"work\">");
   if (operation.judgement != Severity::kFine) WriteMark(operation.judgement, html);
   html("<span>{}</span>", operation.Describe());
-  const auto& [all, left] = std::pair{operation.stripes, operation.stripes_left};
-  if (all && left && all->value && left->value && *left->value > 0 && *left->value <= *all->value) {
+  const auto& [all, left] = std::tie(operation.stripes, operation.stripes_left);
+  if (operation.Progress() && !IsZero(*left)) {
     const std::uint64_t done = *all->value - *left->value;
     html("<progress aria-label=\"{}\" max=\"{}\" value=\"{}\"></progress>", operation.Describe(),
          *all->value, done);
+    // Not of the ratio: a whole number of percent would come out below itself.
     html("<span>{} %, {} of {} stripes left</span>",
          static_cast<int>(100.0 * static_cast<double>(done) / static_cast<double>(*all->value)),
          left->text, all->text);

@@ -91,7 +91,7 @@ class DrawingWriter {
     WriteMark(drive.verdict, html_);
     html_("Logical drive {}", drive.number ? drive.number->text : "");
     if (drive.name) html_(" “{}”", drive.name);
-    html_(" <small>{} {} {}</small></span>", DescribeLevel(drive.raid_level),
+    html_(" <small>{} {} {}</small></span>", DescribeRaidLevel(drive.raid_level),
           DescribeRoom(drive.size), drive.state.text.value_or("no state"));
   }
 

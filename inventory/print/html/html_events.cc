@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "inventory/base/times.h"
+#include "inventory/machine/state_words.h"
 #include "inventory/print/html/html_parts.h"
 
 namespace {
@@ -23,12 +24,6 @@ std::optional<std::int64_t> WallClock(std::string text) {
   const std::optional<Instant> instant = ParseRfc3339(text + "Z");
   if (!instant) return std::nullopt;
   return std::chrono::floor<std::chrono::seconds>(instant->utc).time_since_epoch().count();
-}
-
-/// In what the manager calls it.
-Severity SeverityOf(const ManagerEvent& event) {
-  if (event.severity == "ERR") return Severity::kCritical;
-  return event.severity == "WRN" ? Severity::kWarning : Severity::kFine;
 }
 
 struct Moment {
@@ -53,7 +48,7 @@ std::vector<Lane> LanesOf(const Machine& machine) {
   for (const ManagerEvent& event : machine.manager_log.last) {
     Lane& lane = of_manager[event.severity];
     lane.name = "Manager " + event.severity.value_or("");
-    lane.severity = SeverityOf(event);
+    lane.severity = JudgeEvent(event.severity);
     Add(lane, event.time.text);
   }
   lanes.reserve(of_manager.size() + machine.controllers.size());
@@ -117,7 +112,7 @@ void WriteManagerLog(const ManagerLog& log, HtmlWriter& html) {
   for (const ManagerEvent& event : log.last) {
     const std::string severity = event.severity.value_or("other");
     html("<tr class=\"{}\" data-s=\"={}\"><td>{}<td>{}<td>{}<td>{}</tr>\n",
-         ClassOf(SeverityOf(event)), severity, event.time.text, severity, event.machine,
+         ClassOf(JudgeEvent(event.severity)), severity, event.time.text, severity, event.machine,
          event.message);
   }
   html("</tbody></table>\n");

@@ -27,7 +27,7 @@ void WritePolicy(const ViewInput&, HtmlWriter& html) {
 }
 
 void WriteTitle(const ViewInput& input, HtmlWriter& html) {
-  html("{}, RAID: {}", Readable(input.report.host), VerdictOf(input).first);
+  html("{}, RAID: {}", Readable(input.report.host), VerdictOf(input).text);
 }
 
 void WriteStyle(const ViewInput&, HtmlWriter& html) { html.Own(kStyleCss); }

@@ -2,16 +2,17 @@
 #define INVENTORY_PRINT_HTML_HTML_PARTS_H_
 
 #include <string>
-#include <utility>
+#include <vector>
 
+#include "inventory/machine/wording.h"
 #include "inventory/print/html/html_writer.h"
 #include "inventory/print/view.h"
 
 // The parts of the page, each in the file of its name; page.html says where they go.
 
 // html_summary.cc
-/// The verdict in one sentence, and how bad it is.
-std::pair<std::string, Severity> VerdictOf(const ViewInput& input);
+/// What needs attention, in a sentence with a capital letter.
+Attention VerdictOf(const ViewInput& input);
 void WriteSummary(const ViewInput& input, HtmlWriter& html);
 void WriteContents(const ViewInput& input, HtmlWriter& html);
 void WriteFindings(const ViewInput& input, HtmlWriter& html);
@@ -45,11 +46,5 @@ std::string TitleOf(const Controller& controller);
 std::string LabelOf(const DriveArray& array);
 /// "9 hard, 114 soft, 3 misc": of what is above 0.
 std::string DescribeCounters(const std::vector<ErrorCounters>& counters);
-/// "RAID 5", "Volume"
-std::string DescribeLevel(const Text& level);
-/// "70006 MB"; "" for what holds no data.
-std::string DescribeRoom(const std::optional<Size>& size);
-/// "18 entries, the last 5"
-std::string DescribeEntries(std::size_t count, std::size_t shown);
 
 #endif  // INVENTORY_PRINT_HTML_HTML_PARTS_H_

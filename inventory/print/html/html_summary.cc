@@ -38,20 +38,10 @@ void WriteEntry(Severity severity, HtmlWriter& html) {
 
 }  // namespace
 
-std::pair<std::string, Severity> VerdictOf(const ViewInput& input) {
-  const Machine& machine = input.machine;
-  std::pair<std::string, Severity> verdict = {"Nothing needs attention", Severity::kFine};
-  if (!machine.findings.empty()) {
-    const std::size_t count = machine.findings.size();
-    verdict = {std::to_string(count) + (count == 1 ? " needs attention" : " need attention"),
-               machine.findings.front().severity};
-  } else if (machine.controllers.empty()) {
-    verdict = {"No controller was found", Severity::kWarning};
-  }
-  if (CountLosses(input.report) > 0) {
-    verdict.first += "; not all was collected";
-    verdict.second = std::max(verdict.second, Severity::kWarning);
-  }
+Attention VerdictOf(const ViewInput& input) {
+  Attention verdict = DescribeAttention(input.report, input.machine);
+  char& first = verdict.text.front();
+  if (first >= 'a' && first <= 'z') first = static_cast<char>(first - 'a' + 'A');
   return verdict;
 }
 

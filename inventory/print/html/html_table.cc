@@ -68,7 +68,7 @@ class TableWriter {
     if (drive.access_blocked.Value() != false && drive.access_blocked.text) {
       errors += (errors.empty() ? "" : ", ") + ("access blocked: " + *drive.access_blocked.text);
     }
-    html_("<td>{}<td><td><td>{}<td><td>{}</tr>\n", DescribeLevel(drive.raid_level), drive.name,
+    html_("<td>{}<td><td><td>{}<td><td>{}</tr>\n", DescribeRaidLevel(drive.raid_level), drive.name,
           errors);
   }
 

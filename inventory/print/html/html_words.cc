@@ -29,36 +29,13 @@ std::string LabelOf(const DriveArray& array) {
 }
 
 std::string DescribeCounters(const std::vector<ErrorCounters>& counters) {
-  static constexpr struct {
-    const char* name;
-    std::optional<Number> ErrorCounters::*count;
-  } kRows[] = {
-      {" hard", &ErrorCounters::hard},     {" soft", &ErrorCounters::soft},
-      {" parity", &ErrorCounters::parity}, {" PFA", &ErrorCounters::predicted_failures},
-      {" misc", &ErrorCounters::misc},
-  };
   std::string text;
   for (const ErrorCounters& all : counters) {
-    for (const auto& row : kRows) {
-      const std::optional<Number>& count = all.*row.count;
+    for (const auto& [name, member] : kErrorKinds) {
+      const std::optional<Number>& count = all.*member;
       if (!count || IsZero(*count)) continue;
-      text.append(text.empty() ? "" : ", ").append(count->text).append(row.name);
+      text.append(text.empty() ? "" : ", ").append(count->text).append(" ").append(name);
     }
   }
   return text;
-}
-
-std::string DescribeLevel(const Text& level) {
-  if (!level) return "";
-  return IsDigits(*level) ? "RAID " + *level : *level;
-}
-
-std::string DescribeRoom(const std::optional<Size>& size) {
-  const std::string text = size ? DescribeSize(*size) : "";
-  return text == "0 MB" ? "" : text;
-}
-
-std::string DescribeEntries(std::size_t count, std::size_t shown) {
-  const std::string all = std::to_string(count) + (count == 1 ? " entry" : " entries");
-  return count > shown ? all + ", the last " + std::to_string(shown) : all;
 }
